@@ -1,0 +1,1 @@
+// placeholder for the window library until the first window lands

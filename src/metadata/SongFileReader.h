@@ -1,0 +1,53 @@
+#pragma once
+
+// Reading one song file from disk into a SongInfo: the tags at the file's end (Lyrics3 2.00 and
+// ID3v1), the MPEG stream at its head, and the extensions on top. This is the slow path of
+// GetSongInfo; it knows nothing of the song cache.
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "metadata/SongInfo.h"
+#include "util/Codepage.h"
+#include "util/FileIo.h"
+
+namespace jk {
+
+struct SongReadOptions {
+    bool readId3v2 = true;   // the ReadID3v2 extension
+    bool exactTimes = true;  // the ExactTimes extension
+    // Code page of ID3v1 and Lyrics3 text; windows-1252 when null.
+    std::shared_ptr<const SingleByteCodepage> codepage;
+    // The volume label of the filesystem that holds a path; "" when not given.
+    std::function<std::string(const std::string& path)> volumeLabel;
+};
+
+// Bytes of a file read ahead of time (on a worker thread of a folder walk), so that the reader
+// needs no read of its own when they cover what it looks at. Any range they do not cover is
+// read from the file as usual.
+struct PrefetchedBytes {
+    FileStatus status;                // the status the prefetcher saw
+    std::vector<std::uint8_t> head;   // bytes from offset 0
+    std::int64_t tailOffset = 0;      // where `tail` starts in the file
+    std::vector<std::uint8_t> tail;   // the last bytes of the file
+};
+
+// How much a prefetcher should read: a block at the head and one at the tail.
+inline constexpr std::size_t kPrefetchHeadBytes = 4096;
+inline constexpr std::size_t kPrefetchTailBytes = 512;
+
+// Fills `out` for a prefetch: the status, the head and the tail of the file at `path`.
+// Returns false when the file could not be opened (the reader then finds that out itself).
+bool PrefetchSongBytes(const std::string& path, PrefetchedBytes& out);
+
+// The three ways of reading a file (Lyrics3, else ID3v1, else untagged), with Bitrate, Time,
+// Size, Date (the locale's text) and Volume. `status` is the file's status, taken by the caller.
+// Any run-time failure gives NonExistantSong(). The cache is not touched.
+SongInfo ReadSongFromDisk(const std::string& path, const FileStatus& status,
+                          const SongReadOptions& options,
+                          const PrefetchedBytes* prefetched = nullptr);
+
+}  // namespace jk

@@ -1,0 +1,1 @@
+// placeholder, replaced by the data folder implementation

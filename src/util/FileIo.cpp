@@ -1,0 +1,220 @@
+#include "util/FileIo.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <random>
+
+namespace jk {
+namespace {
+
+FileStatus FromStat(const struct stat& st) {
+    FileStatus status;
+    status.exists = true;
+    status.isDirectory = S_ISDIR(st.st_mode);
+    status.isRegular = S_ISREG(st.st_mode);
+    status.size = static_cast<std::int64_t>(st.st_size);
+    status.modifiedSeconds = static_cast<std::int64_t>(st.st_mtime);
+    status.device = static_cast<std::uint64_t>(st.st_dev);
+    status.inode = static_cast<std::uint64_t>(st.st_ino);
+    return status;
+}
+
+std::string ParentFolderOf(const std::string& path) {
+    const std::size_t slash = path.find_last_of('/');
+    if (slash == std::string::npos) {
+        return ".";
+    }
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+}  // namespace
+
+std::string LastErrorText() {
+    return std::strerror(errno);
+}
+
+FileStatus StatPath(const std::string& path) {
+    struct stat st {};
+    if (path.empty() || ::stat(path.c_str(), &st) != 0) {
+        return {};
+    }
+    return FromStat(st);
+}
+
+FileStatus StatPathNoFollow(const std::string& path) {
+    struct stat st {};
+    if (path.empty() || ::lstat(path.c_str(), &st) != 0) {
+        return {};
+    }
+    return FromStat(st);
+}
+
+bool FileExists(const std::string& path) {
+    const FileStatus status = StatPath(path);
+    return status.exists && !status.isDirectory;
+}
+
+bool FolderExists(const std::string& path) {
+    const FileStatus status = StatPath(path);
+    return status.exists && status.isDirectory;
+}
+
+ReadFile::ReadFile(const std::string& path) {
+    if (!path.empty()) {
+        m_fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+    }
+}
+
+ReadFile::ReadFile(ReadFile&& other) noexcept : m_fd(other.m_fd) {
+    other.m_fd = -1;
+}
+
+ReadFile& ReadFile::operator=(ReadFile&& other) noexcept {
+    if (this != &other) {
+        if (m_fd >= 0) {
+            ::close(m_fd);
+        }
+        m_fd = other.m_fd;
+        other.m_fd = -1;
+    }
+    return *this;
+}
+
+ReadFile::~ReadFile() {
+    if (m_fd >= 0) {
+        ::close(m_fd);
+    }
+}
+
+std::int64_t ReadFile::Size() const {
+    struct stat st {};
+    if (m_fd < 0 || ::fstat(m_fd, &st) != 0) {
+        return -1;
+    }
+    return static_cast<std::int64_t>(st.st_size);
+}
+
+FileStatus ReadFile::Status() const {
+    struct stat st {};
+    if (m_fd < 0 || ::fstat(m_fd, &st) != 0) {
+        return {};
+    }
+    return FromStat(st);
+}
+
+std::int64_t ReadFile::ReadAt(std::int64_t offset, std::span<std::uint8_t> out) const {
+    if (m_fd < 0 || offset < 0) {
+        return -1;
+    }
+    std::size_t done = 0;
+    while (done < out.size()) {
+        const ssize_t n = ::pread(m_fd, out.data() + done, out.size() - done,
+                                  static_cast<off_t>(offset + static_cast<std::int64_t>(done)));
+        if (n < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            return done > 0 ? static_cast<std::int64_t>(done) : -1;
+        }
+        if (n == 0) {
+            break;
+        }
+        done += static_cast<std::size_t>(n);
+    }
+    return static_cast<std::int64_t>(done);
+}
+
+IoResult ReadWholeFile(const std::string& path, std::string& out, std::int64_t maxBytes) {
+    out.clear();
+    ReadFile file(path);
+    if (!file.IsOpen()) {
+        return {false, "cannot open " + path + ": " + LastErrorText()};
+    }
+    const FileStatus status = file.Status();
+    if (status.isDirectory) {
+        return {false, path + " is a folder"};
+    }
+    if (status.size > maxBytes) {
+        return {false, path + " is larger than " + std::to_string(maxBytes) + " bytes"};
+    }
+    // Read in chunks to the end, since the size may change while we read.
+    constexpr std::size_t kChunk = 1 << 20;
+    out.reserve(static_cast<std::size_t>(status.size));
+    std::int64_t offset = 0;
+    for (;;) {
+        const std::size_t old = out.size();
+        out.resize(old + kChunk);
+        const std::int64_t n = file.ReadAt(
+            offset, {reinterpret_cast<std::uint8_t*>(out.data() + old), kChunk});
+        if (n < 0) {
+            out.clear();
+            return {false, "cannot read " + path + ": " + LastErrorText()};
+        }
+        out.resize(old + static_cast<std::size_t>(n));
+        offset += n;
+        if (static_cast<std::size_t>(n) < kChunk) {
+            break;
+        }
+        if (offset > maxBytes) {
+            out.clear();
+            return {false, path + " is larger than " + std::to_string(maxBytes) + " bytes"};
+        }
+    }
+    return {};
+}
+
+IoResult WriteFileAtomically(const std::string& path, std::string_view data) {
+    static thread_local std::mt19937_64 random{std::random_device{}()};
+    const std::string folder = ParentFolderOf(path);
+    const std::size_t slash = path.find_last_of('/');
+    const std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
+    std::string temp;
+    int fd = -1;
+    for (int attempt = 0; attempt < 8 && fd < 0; ++attempt) {
+        temp = (folder == "/" ? "" : folder) + "/." + name + ".tmp-" +
+               std::to_string(random() % 1000000000ull);
+        fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+        if (fd < 0 && errno != EEXIST) {
+            break;
+        }
+    }
+    if (fd < 0) {
+        return {false, "cannot write " + path + ": " + LastErrorText()};
+    }
+    // Keep the permissions of the file being replaced.
+    struct stat old {};
+    if (::stat(path.c_str(), &old) == 0) {
+        ::fchmod(fd, old.st_mode & 07777);
+    }
+    std::size_t done = 0;
+    while (done < data.size()) {
+        const ssize_t n = ::write(fd, data.data() + done, data.size() - done);
+        if (n < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            const std::string reason = LastErrorText();
+            ::close(fd);
+            ::unlink(temp.c_str());
+            return {false, "cannot write " + path + ": " + reason};
+        }
+        done += static_cast<std::size_t>(n);
+    }
+    if (::fsync(fd) != 0 || ::close(fd) != 0) {
+        const std::string reason = LastErrorText();
+        ::unlink(temp.c_str());
+        return {false, "cannot write " + path + ": " + reason};
+    }
+    if (::rename(temp.c_str(), path.c_str()) != 0) {
+        const std::string reason = LastErrorText();
+        ::unlink(temp.c_str());
+        return {false, "cannot write " + path + ": " + reason};
+    }
+    return {};
+}
+
+}  // namespace jk

@@ -1,0 +1,34 @@
+#pragma once
+
+// Playing times and date stamps.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace jk {
+
+// Minutes and seconds as "MM:SS"; minutes grow past two digits (6005 gives "100:05").
+std::string FormatSeconds(std::int32_t seconds);
+// Hours, minutes and seconds joined by ":", each of at least two digits.
+std::string FormatHMS(std::int64_t seconds);
+// Seconds of a time text. With `allMinuteDigits` off, the numeric value of the first two
+// characters is the minutes and that of the last two the seconds, as a 16-bit integer (the
+// result wraps outside its range); texts below two characters give 0. With it on (the exact
+// times extension), every digit before the last two counts as minutes.
+std::int32_t ParseTime(std::string_view text, bool allMinuteDigits = false);
+
+// Local date and time of a moment (seconds since the epoch) as "yyyymmddhhnnss".
+std::string FormatStamp14(std::int64_t epochSeconds);
+// The same for now, and the "yyyymmdd" + "hhmmss" form of now (identical in shape).
+std::string NowStamp14();
+// The locale's date and time text of a moment (a stable rendering of the user's locale).
+std::string FormatLocaleDateTime(std::int64_t epochSeconds);
+// The locale's text of a "yyyymmddhhnnss" stamp; the stamp itself when it is not a date.
+std::string LocaleTextOfStamp14(std::string_view stamp);
+// The moment (local time) of a "yyyymmddhhnnss" stamp; false when it is not one.
+bool ParseStamp14(std::string_view stamp, std::int64_t& epochSeconds);
+// Local time of day in seconds since midnight, as a seed.
+double SecondsSinceMidnight();
+
+}  // namespace jk
