@@ -90,7 +90,7 @@ std::string RelativeRoot(std::string_view path) {
     }
     std::string out;
     out.reserve(rest.size() + 1);
-    if (rest.empty() || rest.front() != kSep) {
+    if (rest.empty() || (rest.front() != kSep && rest.front() != '\\')) {
         out.push_back(kSep);
     }
     out.append(rest);
