@@ -1,0 +1,104 @@
+#include "app/JsonLine.h"
+
+#include <cmath>
+
+#include "util/Text.h"
+#include "util/Utf8.h"
+
+namespace jk {
+
+std::string JsonQuoted(std::string_view text) {
+    static constexpr char kHex[] = "0123456789abcdef";
+    std::string out;
+    out.reserve(text.size() + 2);
+    out.push_back('"');
+    std::size_t pos = 0;
+    while (pos < text.size()) {
+        const char32_t cp = DecodeUtf8At(text, pos);
+        switch (cp) {
+            case U'"':
+                out += "\\\"";
+                break;
+            case U'\\':
+                out += "\\\\";
+                break;
+            case U'\b':
+                out += "\\b";
+                break;
+            case U'\f':
+                out += "\\f";
+                break;
+            case U'\n':
+                out += "\\n";
+                break;
+            case U'\r':
+                out += "\\r";
+                break;
+            case U'\t':
+                out += "\\t";
+                break;
+            default:
+                if (cp < 0x20) {
+                    out += "\\u00";
+                    out.push_back(kHex[cp >> 4]);
+                    out.push_back(kHex[cp & 0xF]);
+                } else {
+                    AppendUtf8(out, cp);
+                }
+        }
+    }
+    out.push_back('"');
+    return out;
+}
+
+void JsonLine::AddName(std::string_view name) {
+    if (!m_body.empty()) {
+        m_body.push_back(',');
+    }
+    m_body += JsonQuoted(name);
+    m_body.push_back(':');
+}
+
+JsonLine& JsonLine::AddText(std::string_view name, std::string_view text) {
+    AddName(name);
+    m_body += JsonQuoted(text);
+    return *this;
+}
+
+JsonLine& JsonLine::AddInteger(std::string_view name, std::int64_t number) {
+    AddName(name);
+    m_body += std::to_string(number);
+    return *this;
+}
+
+JsonLine& JsonLine::AddNumber(std::string_view name, double number) {
+    AddName(name);
+    m_body += std::isfinite(number) ? NumberText(number) : std::string("null");
+    return *this;
+}
+
+std::string JsonLine::Text() const {
+    return "{" + m_body + "}";
+}
+
+std::string SongJsonLine(const SongInfo& song) {
+    JsonLine json;
+    json.AddText("Title", song.Title)
+        .AddText("Artist", song.Artist)
+        .AddText("Album", song.Album)
+        .AddText("Comment", song.Comment)
+        .AddText("Genre", song.Genre)
+        .AddText("Year", song.Year)
+        .AddText("Bitrate", song.Bitrate)
+        .AddText("Date", song.Date)
+        .AddText("Size", song.Size)
+        .AddText("Time", song.Time)
+        .AddText("Path", song.Path)
+        .AddText("Volume", song.Volume)
+        .AddText("LastUsed", song.LastUsed)
+        .AddInteger("Reserved", song.Reserved)
+        .AddInteger("Track", song.Track);
+    return json.Text();
+}
+
+}  // namespace jk

@@ -1,0 +1,71 @@
+#pragma once
+
+// The session: the one non-visual object that holds the program's shared state for the whole
+// run (what the main window and the module arrays held in the Windows program). The application
+// owns it and hands it by reference to windows and commands. It holds data, not behaviour.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "app/Settings.h"
+#include "catalogue/SongCache.h"
+
+namespace jk {
+
+// The remote control's "no value yet".
+inline constexpr std::int32_t kRemoteNoValue = 2147483647;
+
+struct Session {
+    Session() = default;
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    // Every key of jukarra2.ini, the player and search histories among them.
+    jk::Settings Settings;
+
+    std::string AppPath;                // the data folder, ending in "/"
+    std::int16_t Starting = 0;          // -1 while start-up runs
+    std::int16_t VirtualDirty = 0;      // non-zero: the virtual drive database changed
+    std::int16_t VolumesReady = 0;      // -1: the database was read in its per-volume form
+    std::int16_t PlaylistSaved = -1;    // -1: no unsaved changes
+    std::string CurrentList;            // the open playlist file; "" for "Untitled"
+    std::int32_t CacheLimit = 1000000;  // songs kept in the song cache
+    std::int16_t CacheFrozen = 0;       // non-zero: the cache is not trimmed at shutdown
+    std::string FileFilter = "*.mp3";   // the pattern of files listed, from FilterMode
+    std::int32_t RemoteSentinel = kRemoteNoValue;
+
+    jk::SongCache SongCache;
+
+    // ---- Playlist: the playlist rows (src/playback) belong here; wired by the lead. ----
+    // ---- Virtual drive database (VirtualVolumes) joins here when it is built. ----
+};
+
+// The settings file of a session.
+std::string IniPath(const Session& session);
+
+// LoadDefaults for the session: every setting at its first-run value, the playlist untitled and
+// saved, and the cache limit at its largest.
+void LoadDefaults(Session& session, std::string_view firstPlayerPath);
+
+// The cache limit for a MaxCache index (0..7); nullopt for any other index.
+std::optional<std::int32_t> CacheLimitFor(std::int16_t maxCache);
+// CacheLimit from MaxCache; an index outside 0..7 leaves it as it is.
+void ApplyMaxCache(Session& session);
+
+// The file pattern for a FilterMode (0..2); nullopt for any other mode.
+std::optional<std::string_view> FileFilterFor(std::int16_t filterMode);
+// FileFilter from FilterMode; a mode outside 0..2 leaves it as it is.
+void ApplyFilterMode(Session& session);
+
+// RememberList is held as text and compared as a number: "is 1" at start-up, "is true"
+// (not 0) at shutdown.
+bool RememberListIsOne(const jk::Settings& settings);
+bool RememberListIsOn(const jk::Settings& settings);
+
+// True when the player in use is Winamp ("winamp" anywhere in its path, in any case): the
+// Winamp-only commands are shown then.
+bool IsWinampOnlyMode(const jk::Settings& settings);
+
+}  // namespace jk

@@ -1,0 +1,49 @@
+#pragma once
+
+// The data steps of start-up and shutdown that belong to the catalogue, browsing and playback:
+// one call per step, so that start-up and shutdown keep their order in one place and a test can
+// stand in for any of them. SessionData.cpp binds each to its routine.
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "app/Messages.h"
+
+namespace jk {
+
+struct Session;
+
+// Progress of a long step: items done of total; false asks the step to stop.
+using StepProgress = std::function<bool(std::int64_t done, std::int64_t total)>;
+
+class SessionData {
+public:
+    virtual ~SessionData() = default;
+
+    // Start-up.
+    virtual void InitializeDrives(Session& session);
+    virtual void LoadCache(Session& session, const StepProgress& progress);
+    // Sets VolumesReady to -1 when the database is already held per volume.
+    virtual void LoadVirtualCache(Session& session, const StepProgress& progress);
+    virtual void BuildVirtualVolumes(Session& session, const StepProgress& progress);
+    virtual void LoadBookmarks(Session& session);
+    virtual void OptimizeCache(Session& session);
+    virtual void OpenLastList(Session& session);
+    virtual bool PlayerRunning(const Session& session);
+    virtual void StartPlayer(Session& session, const std::string& playerPath);
+
+    // Shutdown.
+    virtual std::size_t PlaylistSongCount(const Session& session);
+    // A message for the user when the list could not be saved.
+    virtual std::optional<UserMessage> SaveLastList(Session& session);
+    virtual void TrimCache(Session& session);
+    virtual void SaveBookmarks(Session& session);
+    virtual void SaveCache(Session& session);
+    virtual void BackupVirtualCache(Session& session);
+    virtual void SaveVirtualCache(Session& session);
+};
+
+}  // namespace jk

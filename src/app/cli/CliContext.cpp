@@ -1,0 +1,57 @@
+#include "app/cli/CliContext.h"
+
+#include <cstdio>
+
+#include "app/Session.h"
+#include "platform/ExecutableSearch.h"
+#include "platform/InstanceLock.h"
+#include "platform/UserFolders.h"
+
+namespace jk {
+
+CliContext::CliContext(std::string dataFolder, std::vector<SettingOverride> overrides)
+    : m_dataFolder(std::move(dataFolder)), m_overrides(std::move(overrides)) {}
+
+CliContext::~CliContext() = default;
+
+Session& CliContext::StartedSession() {
+    if (!m_session) {
+        m_session = std::make_unique<Session>();
+        StartupEnvironment environment;
+        environment.dataFolder = m_dataFolder;
+        environment.firstPlayerPath = FindDefaultPlayer();
+        environment.samples = {MusicFolder(), DownloadFolder()};
+        environment.startPlayer = false;
+        environment.overrides = m_overrides;
+        RunStartup(*m_session, m_front, m_data, environment);
+    }
+    return *m_session;
+}
+
+bool CliContext::AcquireWriteAccess() {
+    if (!m_lock) {
+        m_lock = std::make_unique<InstanceLock>(m_dataFolder);
+    }
+    switch (m_lock->TryAcquire()) {
+        case InstanceLock::Result::Acquired:
+            return true;
+        case InstanceLock::Result::HeldElsewhere:
+            Error("Jukarra is running on " + m_dataFolder +
+                  "; close it before changing its data from here");
+            return false;
+        case InstanceLock::Result::Failed:
+            Error(m_lock->Error());
+            return false;
+    }
+    return false;
+}
+
+void CliContext::Error(std::string_view message) {
+    std::fprintf(stderr, "jukarra-cli: %.*s\n", static_cast<int>(message.size()), message.data());
+}
+
+StepProgress CliContext::ProgressOn(ProgressLine& line) {
+    return [&line](std::int64_t done, std::int64_t total) { return line.Update(done, total); };
+}
+
+}  // namespace jk

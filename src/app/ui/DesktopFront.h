@@ -1,0 +1,55 @@
+#pragma once
+
+// The desktop program's side of start-up and shutdown: the splash's status and progress, the
+// main window's caption, placement and panel 5, and the message boxes.
+
+#include <functional>
+
+#include "app/SessionFront.h"
+
+class QWidget;
+
+namespace jk {
+
+class Main;
+class Splash;
+struct Session;
+
+class DesktopFront final : public SessionFront {
+public:
+    DesktopFront(Session& session, Splash& splash, Main& main);
+
+    // The Setup Browser of a first run; nothing happens until it is set.
+    std::function<void()> setupBrowser;
+    // The File menu's save command for the open playlist; nothing happens until it is set.
+    std::function<void()> saveList;
+
+    void SetStatus(std::string_view text) override;
+    void ClearProgress() override;
+    bool ShowProgress(std::int64_t done, std::int64_t total) override;
+    void PrepareMainWindow(std::string_view caption) override;
+    void SetMainEnabled(bool enabled) override;
+    void ShowMain() override;
+    void CloseSplash() override;
+    void ShowWelcome(const UserMessage& message) override;
+    void PlaceMain() override;
+    void RunSetupBrowser() override;
+    void ShowMainIfHidden() override;
+
+    void StoreWindowPosition(jk::Settings& settings) override;
+    void SetPanelText(std::string_view text) override;
+    SaveAnswer AskSaveList(const UserMessage& question) override;
+    void SaveListClick() override;
+    void StoreWindowLayout(jk::Settings& settings) override;
+    void ShowMessage(const UserMessage& message) override;
+
+private:
+    QWidget* MessageParent() const;
+    void ShowAsSaved();
+
+    Session& m_session;
+    Splash& m_splash;
+    Main& m_main;
+};
+
+}  // namespace jk

@@ -1,0 +1,94 @@
+#include "app/ui/DesktopProgram.h"
+
+#include <cstdio>
+
+#include <QApplication>
+#include <QMessageBox>
+
+#include "app/Shutdown.h"
+#include "platform/DataFolder.h"
+#include "platform/ExecutableSearch.h"
+#include "platform/InstanceLock.h"
+#include "platform/UserFolders.h"
+
+namespace jk {
+
+namespace {
+
+// A second start that finds the lock held waits this long for the holder to answer or let go
+// (the command-line tool holds it only while it writes).
+constexpr int kRaiseTimeoutMs = 2000;
+constexpr int kLockWaitMs = 3000;
+
+}  // namespace
+
+DesktopProgram::DesktopProgram(std::string dataFolder, SessionData& data)
+    : m_dataFolder(std::move(dataFolder)), m_data(data), m_front(m_session, m_splash, m_main) {
+    m_main.SetCloseHandler([this] { return CloseRequested(); });
+}
+
+StartupResult DesktopProgram::Start() {
+    m_splash.show();
+    QApplication::processEvents();
+    StartupEnvironment environment;
+    environment.dataFolder = m_dataFolder;
+    environment.firstPlayerPath = FindDefaultPlayer();
+    environment.samples = {MusicFolder(), DownloadFolder()};
+    return RunStartup(m_session, m_front, m_data, environment);
+}
+
+void DesktopProgram::RaiseFromOtherStart() {
+    if (m_main.isVisible()) {
+        m_main.RaiseFromOtherStart();
+    } else if (m_splash.isVisible()) {
+        m_splash.raise();
+    }
+}
+
+bool DesktopProgram::CloseRequested() {
+    if (m_shutDown) {
+        return true;
+    }
+    // No command reaches the window while start-up builds the session.
+    if (m_session.Starting != 0) {
+        return false;
+    }
+    const ShutdownResult result = FormUnload(m_session, m_front, m_data);
+    if (result.cancelled) {
+        return false;
+    }
+    m_shutDown = true;
+    return true;
+}
+
+int RunDesktopProgram(QApplication& app) {
+    const DataFolderResult folder = OpenDataFolder();
+    if (!folder.ok) {
+        QMessageBox::critical(nullptr, QStringLiteral("Sorry..."),
+                              QString::fromStdString(folder.error));
+        return 2;
+    }
+    InstanceLock lock(folder.path);
+    InstanceLock::Result locked = lock.TryAcquire();
+    if (locked == InstanceLock::Result::HeldElsewhere) {
+        if (AskRunningInstanceToRaise(folder.path, kRaiseTimeoutMs)) {
+            return 0;
+        }
+        locked = lock.TryAcquire(kLockWaitMs);
+    }
+    if (locked != InstanceLock::Result::Acquired) {
+        const std::string why = locked == InstanceLock::Result::Failed
+                                    ? lock.Error()
+                                    : "Jukarra is already running on " + folder.path;
+        std::fprintf(stderr, "jukarra: %s\n", why.c_str());
+        return 1;
+    }
+
+    SessionData data;
+    DesktopProgram program(folder.path, data);
+    lock.ListenForRaise([&program] { program.RaiseFromOtherStart(); });
+    program.Start();
+    return app.exec();
+}
+
+}  // namespace jk

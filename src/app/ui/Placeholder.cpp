@@ -1,1 +1,0 @@
-// placeholder for the window library until the first window lands
