@@ -1,0 +1,251 @@
+#include "catalogue/VBaseFormat.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+#include "util/Codepage.h"
+#include "util/Text.h"
+#include "util/Utf8.h"
+
+namespace jk {
+namespace {
+
+constexpr std::size_t kChunkBytes = std::size_t{4} << 20;
+
+std::size_t FieldBytes(std::string_view text) {
+    if (text.size() <= kVBaseMaxField) {
+        return text.size();
+    }
+    // Step back over at most three continuation bytes to the start of the cut character.
+    std::size_t cut = kVBaseMaxField;
+    for (int step = 0; step < 3 && cut > 0; ++step) {
+        if ((static_cast<unsigned char>(text[cut]) & 0xC0) != 0x80) {
+            break;
+        }
+        --cut;
+    }
+    return cut;
+}
+
+bool IsAscii(std::string_view text) {
+    // Eight bytes at a time: most fields are plain ASCII.
+    std::size_t i = 0;
+    for (; i + 8 <= text.size(); i += 8) {
+        std::uint64_t word;
+        std::memcpy(&word, text.data() + i, 8);
+        if ((word & 0x8080808080808080ull) != 0) {
+            return false;
+        }
+    }
+    for (; i < text.size(); ++i) {
+        if (static_cast<unsigned char>(text[i]) >= 0x80) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// Text of a whole number, as the language prints it.
+std::string_view DigitsOf(std::string_view text) {
+    while (text.size() > 1 && text.front() == '0') {
+        text.remove_prefix(1);
+    }
+    return text;
+}
+
+}  // namespace
+
+void AppendVBaseHeader(std::string& out, std::string_view version, std::int64_t recordCount) {
+    std::string head(version.substr(0, std::min<std::size_t>(version.size(), 10)));
+    head.resize(10, ' ');
+    out += head;
+    out += "13";
+    std::string count = std::to_string(recordCount);
+    if (count.size() < 8) {
+        out.append(8 - count.size(), ' ');
+    }
+    out += count;
+}
+
+void AppendVBaseField(std::string& out, std::string_view text) {
+    const std::size_t bytes = FieldBytes(text);
+    out.push_back(static_cast<char>((bytes >> 8) & 0xFF));
+    out.push_back(static_cast<char>(bytes & 0xFF));
+    out.append(text.data(), bytes);
+}
+
+void AppendVBaseRecord(std::string& out, const SongFieldViews& fields) {
+    const std::size_t at = out.size();
+    out.resize(at + VBaseRecordBytes(fields));
+    WriteVBaseRecord(out.data() + at, fields);
+}
+
+char* WriteVBaseRecord(char* out, const SongFieldViews& fields) {
+    for (const std::string_view field : fields) {
+        const std::size_t bytes = FieldBytes(field);
+        *out++ = static_cast<char>((bytes >> 8) & 0xFF);
+        *out++ = static_cast<char>(bytes & 0xFF);
+        if (bytes > 0) {
+            std::memcpy(out, field.data(), bytes);
+            out += bytes;
+        }
+    }
+    return out;
+}
+
+std::size_t VBaseRecordBytes(const SongFieldViews& fields) {
+    std::size_t total = 0;
+    for (const std::string_view field : fields) {
+        total += 2 + FieldBytes(field);
+    }
+    return total;
+}
+
+VBaseInput::VBaseInput(std::string_view bytes)
+    : m_data(bytes), m_totalSize(static_cast<std::int64_t>(bytes.size())), m_ended(true) {}
+
+VBaseInput::VBaseInput(const ReadFile& file) : m_file(&file) {
+    m_totalSize = std::max<std::int64_t>(file.Size(), 0);
+}
+
+bool VBaseInput::ReadMore(std::size_t wanted) {
+    if (m_ended) {
+        return false;
+    }
+    // Keep only the unread part, then read at least a chunk behind it.
+    if (m_pos > 0) {
+        m_buffer.erase(0, m_pos);
+        m_pos = 0;
+    }
+    const std::size_t have = m_buffer.size();
+    const std::size_t read = std::max(kChunkBytes, wanted - std::min(wanted, have));
+    m_buffer.resize(have + read);
+    const std::int64_t got = m_file->ReadAt(
+        m_fileOffset, {reinterpret_cast<std::uint8_t*>(m_buffer.data() + have), read});
+    const std::size_t gotBytes = got > 0 ? static_cast<std::size_t>(got) : 0;
+    m_buffer.resize(have + gotBytes);
+    m_fileOffset += static_cast<std::int64_t>(gotBytes);
+    if (gotBytes < read) {
+        m_ended = true;
+    }
+    m_data = m_buffer;
+    return gotBytes > 0;
+}
+
+bool VBaseInput::Ensure(std::size_t n) {
+    while (m_data.size() - m_pos < n) {
+        if (!ReadMore(n)) {
+            return m_data.size() - m_pos >= n;
+        }
+    }
+    return true;
+}
+
+std::string_view VBaseInput::Peek(std::size_t offset, std::size_t n) const {
+    return m_data.substr(m_pos + offset, n);
+}
+
+void VBaseInput::Skip(std::size_t n) {
+    m_pos = std::min(m_data.size(), m_pos + n);
+}
+
+std::string_view VBaseInput::Rest(std::size_t limit) {
+    while (!m_ended && m_data.size() - m_pos < limit) {
+        if (!ReadMore(m_data.size() - m_pos + 1)) {
+            break;
+        }
+    }
+    return m_data.substr(m_pos, std::min(limit, m_data.size() - m_pos));
+}
+
+VBaseHeader ReadVBaseHeader(VBaseInput& input) {
+    std::size_t have = kVBaseHeaderBytes;
+    while (have > 0 && !input.Ensure(have)) {
+        --have;
+    }
+    const std::string_view head = input.Peek(0, have);
+    const auto countOf = [](std::string_view text) {
+        const double value = RoundHalfEven(Val(text));
+        constexpr double kMax = static_cast<double>(std::numeric_limits<std::int32_t>::max());
+        return static_cast<std::int64_t>(std::clamp(value, -kMax, kMax));
+    };
+    VBaseHeader header;
+    header.fieldCount = head.size() > 10 ? countOf(head.substr(10, 2)) : 0;
+    header.recordCount = head.size() > 12 ? countOf(head.substr(12, 8)) : 0;
+    input.Skip(have);
+    return header;
+}
+
+bool ReadVBaseRecord(VBaseInput& input, std::int64_t fieldCount, SongFieldViews& fields) {
+    std::array<std::size_t, kSongFieldCount> starts{};
+    std::array<std::size_t, kSongFieldCount> lengths{};
+    std::size_t offset = 0;
+    // What is loaded already; more is read only when a field reaches past it.
+    std::string_view loaded = input.Loaded();
+    for (std::int64_t f = 0; f < fieldCount; ++f) {
+        if (offset + 2 > loaded.size()) {
+            if (!input.Ensure(offset + 2)) {
+                return false;
+            }
+            loaded = input.Loaded();
+        }
+        const std::size_t length =
+            static_cast<std::size_t>((static_cast<unsigned char>(loaded[offset]) << 8) |
+                                     static_cast<unsigned char>(loaded[offset + 1]));
+        if (offset + 2 + length > loaded.size()) {
+            if (!input.Ensure(offset + 2 + length)) {
+                return false;
+            }
+            loaded = input.Loaded();
+        }
+        if (f < kSongFieldCount) {
+            starts[static_cast<std::size_t>(f)] = offset + 2;
+            lengths[static_cast<std::size_t>(f)] = length;
+        }
+        offset += 2 + length;
+    }
+    // The views are taken once the whole record is in, since reading more may move the bytes.
+    for (std::size_t f = 0; f < fields.size(); ++f) {
+        fields[f] = static_cast<std::int64_t>(f) < fieldCount ? input.Peek(starts[f], lengths[f])
+                                                              : std::string_view();
+    }
+    input.Skip(offset);
+    return true;
+}
+
+std::int64_t MaxVBaseRecords(const VBaseInput& input, std::int64_t fieldCount) {
+    const std::int64_t body =
+        std::max<std::int64_t>(0, input.TotalSize() - static_cast<std::int64_t>(kVBaseHeaderBytes));
+    return fieldCount > 0 ? body / (2 * fieldCount) : 0;
+}
+
+std::string_view DataFileText(std::string_view bytes, std::string& scratch) {
+    if (IsAscii(bytes) || IsValidUtf8(bytes)) {
+        return bytes;
+    }
+    scratch = DecodeWindows1252(bytes);
+    return scratch;
+}
+
+const SongFieldViews& VBaseFieldDecoder::Decode(const SongFieldViews& raw) {
+    for (std::size_t i = 0; i < raw.size(); ++i) {
+        m_out[i] = DataFileText(Trim(raw[i]), m_scratch[i]);
+    }
+    // Bitrate: the number of its text, padded on the left to width 4 ("128" gives " 128").
+    std::string& bitrate = m_scratch[kKeyBitrate - 1];
+    const std::string_view text = m_out[kKeyBitrate - 1];
+    std::string number;
+    if (!text.empty() && text.size() <= 15 && IsAscii(text) &&
+        std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; })) {
+        number = DigitsOf(text);
+    } else {
+        number = NumberText(Val(text));
+    }
+    bitrate.assign(number.size() < 4 ? 4 - number.size() : 0, ' ');
+    bitrate += number;
+    m_out[kKeyBitrate - 1] = bitrate;
+    return m_out;
+}
+
+}  // namespace jk

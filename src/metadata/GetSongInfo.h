@@ -1,0 +1,45 @@
+#pragma once
+
+// The one entry by which a file name becomes a SongInfo: the song cache first, then the file.
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "metadata/SongFileReader.h"
+#include "metadata/SongInfo.h"
+
+namespace jk {
+
+class SongCache;
+
+// What a lookup works with. The counters run across sessions (the settings keep them).
+struct SongLookupContext {
+    SongCache& cache;
+    std::int32_t& totalCacheHits;  // every lookup of a file that exists
+    std::int32_t& cacheHits;       // lookups that found the key, stale or not
+    SongReadOptions options;
+    // The "yyyymmddhhnnss" stamp of this moment; NowStamp14 when empty (tests set a clock).
+    std::function<std::string()> now;
+};
+
+// Trims `path` in place, then gives the cached record when the file's date matches its slot,
+// else reads the file (and adds it to the cache unless `noCache`). Album carries " - NN" when
+// the song has a track number. A file that is missing, a folder, or shorter than 132 bytes, and
+// any failure while reading, give NonExistantSong(). `prefetched` stands in for the file's
+// status (and bytes) when a read-ahead already took them.
+SongInfo GetSongInfo(std::string& path, bool noCache, SongLookupContext& ctx,
+                     const PrefetchedBytes* prefetched = nullptr);
+
+// Reads the file with no cache lookup, and adds the record to the cache unless `noCache` (a
+// failed read is never added). `status` is the file's status, taken by the caller.
+SongInfo ReadSongFile(const std::string& path, const FileStatus& status, bool noCache,
+                      SongLookupContext& ctx, const PrefetchedBytes* prefetched = nullptr);
+// The same, taking the file's status itself.
+SongInfo ReadSongFile(const std::string& path, bool noCache, SongLookupContext& ctx);
+
+// The Album rules applied to every record GetSongInfo returns: a Track above 0 appends " - NN"
+// to Album; a Track of 0 is taken back from such a suffix, the Album left as it stands.
+void ApplyTrackSuffix(SongInfo& song);
+
+}  // namespace jk

@@ -1,0 +1,241 @@
+#include "metadata/GetSongInfo.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <limits>
+#include <string>
+
+#include "CatalogueTestSupport.h"
+#include "catalogue/SongCache.h"
+#include "util/TimeHelpers.h"
+
+namespace jk {
+namespace {
+
+using test::TempFolder;
+using test::WriteBytes;
+
+constexpr std::int64_t kFileTime = 1700000000;  // 14 November 2023
+constexpr std::string_view kNow = "20240610120000";
+
+std::string Padded(std::string_view text, std::size_t width) {
+    std::string out(text.substr(0, width));
+    out.append(width - out.size(), ' ');
+    return out;
+}
+
+// A small MP3 file: three MPEG-1 Layer III frames (128 kbit/s, 44.1 kHz) of silence and an
+// ID3v1.1 tag.
+std::string SongBytes(std::string_view title, std::string_view album, int track) {
+    std::string frame = "\xFF\xFB\x90\x00";
+    frame.resize(417, '\0');
+    std::string comment = Padded("", 28);
+    comment.push_back('\0');
+    comment.push_back(static_cast<char>(track));
+    return frame + frame + frame + "TAG" + Padded(title, 30) + Padded("Artist", 30) +
+           Padded(album, 30) + "1999" + comment + "\x11";
+}
+
+void SetFileTime(const std::string& path, std::int64_t seconds) {
+    const timespec times[2] = {{static_cast<time_t>(seconds), 0},
+                               {static_cast<time_t>(seconds), 0}};
+    ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+}
+
+void WriteSong(const std::string& path, std::string_view title, std::string_view album = "Album",
+               int track = 5, std::int64_t time = kFileTime) {
+    WriteBytes(path, SongBytes(title, album, track));
+    SetFileTime(path, time);
+}
+
+class GetSongInfoTest : public ::testing::Test {
+protected:
+    SongLookupContext Context(bool exactTimes = true) {
+        SongLookupContext ctx{m_cache, m_total, m_hits, {}, [this] { return m_now; }};
+        ctx.options.exactTimes = exactTimes;
+        ctx.options.readId3v2 = false;
+        return ctx;
+    }
+    SongInfo Get(std::string path, bool noCache = false) {
+        SongLookupContext ctx = Context();
+        return GetSongInfo(path, noCache, ctx);
+    }
+
+    TempFolder m_folder;
+    SongCache m_cache;
+    std::int32_t m_total = 0;
+    std::int32_t m_hits = 0;
+    std::string m_now = std::string(kNow);
+};
+
+TEST_F(GetSongInfoTest, AMissReadsTheFileAndStoresItsSlot) {
+    const std::string path = m_folder.File("Hit Song.MP3");
+    WriteSong(path, "Hit Song");
+    const SongInfo song = Get(path);
+    EXPECT_EQ(song.Title, "Hit Song");
+    EXPECT_EQ(song.Album, "Album - 05");
+    EXPECT_EQ(song.Track, 5);
+    EXPECT_EQ(song.Path, path);
+    EXPECT_EQ(m_total, 1);
+    EXPECT_EQ(m_hits, 0);
+
+    ASSERT_EQ(m_cache.UpperBound(), 1);
+    const SongInfo slot = m_cache.Record(1);
+    EXPECT_EQ(slot.Path, "hit song.mp3");
+    EXPECT_EQ(slot.Album, "Album");  // the suffix is never stored back
+    EXPECT_EQ(slot.Date, FormatStamp14(kFileTime));
+    EXPECT_EQ(slot.LastUsed, kNow);
+    EXPECT_EQ(slot.Time, StoredTime(song.Time, true));
+}
+
+TEST_F(GetSongInfoTest, AHitServesTheSlotWithoutReadingTheFile) {
+    const std::string path = m_folder.File("song.mp3");
+    WriteSong(path, "Cached");
+    const SongInfo first = Get(path);
+    // New tags under the old date: only a read of the file could see them.
+    WriteSong(path, "Changed");
+    m_now = "20240611090000";
+    const SongInfo hit = Get(path);
+    EXPECT_EQ(hit.Title, "Cached");
+    EXPECT_EQ(hit.Path, path);
+    EXPECT_EQ(hit.Album, "Album - 05");
+    EXPECT_EQ(hit.Time, first.Time);
+    EXPECT_EQ(hit.Date, FormatLocaleDateTime(kFileTime));
+    EXPECT_EQ(hit.Date, first.Date);
+    EXPECT_EQ(hit.Size, first.Size);
+    EXPECT_EQ(m_cache.Record(1).LastUsed, "20240611090000");
+    EXPECT_EQ(m_cache.UpperBound(), 1);
+    EXPECT_EQ(m_total, 2);
+    EXPECT_EQ(m_hits, 1);
+}
+
+TEST_F(GetSongInfoTest, AStaleSlotCountsAsAHitAndIsReadAgain) {
+    const std::string path = m_folder.File("song.mp3");
+    WriteSong(path, "Old");
+    Get(path);
+    WriteSong(path, "New", "Album", 5, kFileTime + 60);
+    const SongInfo song = Get(path);
+    EXPECT_EQ(song.Title, "New");
+    EXPECT_EQ(m_hits, 1);
+    EXPECT_EQ(m_total, 2);
+    // The stale slot stays beside the new one until the cache is optimised.
+    EXPECT_EQ(m_cache.UpperBound(), 2);
+}
+
+TEST_F(GetSongInfoTest, NoCacheAddsNothingButStillUsesASlot) {
+    const std::string path = m_folder.File("song.mp3");
+    WriteSong(path, "Song");
+    EXPECT_EQ(Get(path, true).Title, "Song");
+    EXPECT_EQ(m_cache.UpperBound(), 0);
+    Get(path);
+    WriteSong(path, "Changed");
+    EXPECT_EQ(Get(path, true).Title, "Song");
+    EXPECT_EQ(m_hits, 1);
+}
+
+TEST_F(GetSongInfoTest, SameNamesInTwoFoldersShareOneSlot) {
+    std::filesystem::create_directory(m_folder.File("a"));
+    std::filesystem::create_directory(m_folder.File("b"));
+    WriteSong(m_folder.File("a/Song.mp3"), "From A");
+    WriteSong(m_folder.File("b/song.mp3"), "From B");
+    EXPECT_EQ(Get(m_folder.File("a/Song.mp3")).Title, "From A");
+    const SongInfo second = Get(m_folder.File("b/song.mp3"));
+    EXPECT_EQ(second.Title, "From A");
+    EXPECT_EQ(second.Path, m_folder.File("b/song.mp3"));
+    EXPECT_EQ(m_cache.UpperBound(), 1);
+}
+
+TEST_F(GetSongInfoTest, SmallMissingAndFolderFilesAreNonExistantAndNotCounted) {
+    WriteBytes(m_folder.File("131.mp3"), std::string(131, 'x'));
+    WriteBytes(m_folder.File("132.mp3"), std::string(132, 'x'));
+    std::filesystem::create_directory(m_folder.File("folder.mp3"));
+    for (const char* name : {"131.mp3", "missing.mp3", "folder.mp3"}) {
+        EXPECT_TRUE(IsNonExistant(Get(m_folder.File(name)))) << name;
+    }
+    EXPECT_EQ(Get(m_folder.File("folder.mp3")).Path, "File non-existant");
+    EXPECT_EQ(m_total, 0);
+    Get(m_folder.File("132.mp3"));
+    EXPECT_EQ(m_total, 1);
+}
+
+TEST_F(GetSongInfoTest, ThePathIsTrimmedInPlace) {
+    const std::string path = m_folder.File("song.mp3");
+    WriteSong(path, "Song");
+    std::string given = "  " + path + "  ";
+    SongLookupContext ctx = Context();
+    EXPECT_EQ(GetSongInfo(given, false, ctx).Path, path);
+    EXPECT_EQ(given, path);
+}
+
+TEST_F(GetSongInfoTest, AHitShowsTheStoredTimeWithItsMinuteDigits) {
+    const std::string path = m_folder.File("long.mp3");
+    WriteSong(path, "Long");
+    Get(path);
+    m_cache.SetField(1, kKeyTime, "10005");
+    std::string p = path;
+    SongLookupContext exact = Context(true);
+    EXPECT_EQ(GetSongInfo(p, false, exact).Time, "100:05");
+    SongLookupContext classic = Context(false);
+    EXPECT_EQ(GetSongInfo(p, false, classic).Time, "10:05");
+}
+
+TEST_F(GetSongInfoTest, APrefetchedStatusStandsInForTheStat) {
+    const std::string path = m_folder.File("song.mp3");
+    WriteSong(path, "Song");
+    Get(path);
+    PrefetchedBytes prefetched;
+    prefetched.status = StatPath(path);
+    std::filesystem::remove(path);
+    std::string p = path;
+    SongLookupContext ctx = Context();
+    EXPECT_EQ(GetSongInfo(p, false, ctx, &prefetched).Title, "Song");
+}
+
+TEST_F(GetSongInfoTest, CountingPastTheTopOfTheCounterFails) {
+    const std::string path = m_folder.File("song.mp3");
+    WriteSong(path, "Song");
+    m_total = std::numeric_limits<std::int32_t>::max();
+    EXPECT_TRUE(IsNonExistant(Get(path)));
+    EXPECT_EQ(m_total, std::numeric_limits<std::int32_t>::max());
+    m_total = 0;
+    Get(path);
+    m_hits = std::numeric_limits<std::int32_t>::max();
+    EXPECT_TRUE(IsNonExistant(Get(path)));
+}
+
+TEST(ApplyTrackSuffix, AddsTheSuffixOrTakesTheTrackBackFromIt) {
+    struct Case {
+        std::string album;
+        std::int16_t track;
+        std::string albumAfter;
+        std::int16_t trackAfter;
+    };
+    for (const Case& c : std::vector<Case>{
+             {"Blue", 3, "Blue - 03", 3},
+             {"Blue  ", 12, "Blue - 12", 12},
+             {std::string("Blue\0junk", 9), 1, "Blue - 01", 1},
+             {"Greatest - 07", 0, "Greatest - 07", 7},
+             {"- 12", 0, "- 12", 12},
+             {"-12 ", 0, "-12 ", 0},
+             {"X- 12", 0, "X- 12", 0},
+             {"Live - 1a", 0, "Live - 1a", 1},
+             {"Live - 1", 0, "Live - 1", 0},
+             {"Tape - 4b", 0, "Tape - 4b", 4},
+             {"abc", 0, "abc", 0},
+             {"\xC3\xA9t\xC3\xA9 - 09", 0, "\xC3\xA9t\xC3\xA9 - 09", 9},
+         }) {
+        SongInfo song;
+        song.Album = c.album;
+        song.Track = c.track;
+        ApplyTrackSuffix(song);
+        EXPECT_EQ(song.Album, c.albumAfter) << c.album;
+        EXPECT_EQ(song.Track, c.trackAfter) << c.album;
+    }
+}
+
+}  // namespace
+}  // namespace jk
