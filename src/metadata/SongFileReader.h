@@ -7,14 +7,20 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "metadata/Lyrics3.h"
 #include "metadata/SongInfo.h"
 #include "util/Codepage.h"
 #include "util/FileIo.h"
 
 namespace jk {
+
+class ByteSource;
+template <typename T>
+class Outcome;
 
 struct SongReadOptions {
     bool readId3v2 = true;   // the ReadID3v2 extension
@@ -29,15 +35,20 @@ struct SongReadOptions {
 // needs no read of its own when they cover what it looks at. Any range they do not cover is
 // read from the file as usual.
 struct PrefetchedBytes {
-    FileStatus status;                // the status the prefetcher saw
-    std::vector<std::uint8_t> head;   // bytes from offset 0
-    std::int64_t tailOffset = 0;      // where `tail` starts in the file
-    std::vector<std::uint8_t> tail;   // the last bytes of the file
+    FileStatus status;               // the status the prefetcher saw
+    std::vector<std::uint8_t> head;  // bytes from offset 0
+    std::int64_t tailOffset = 0;     // where `tail` starts in the file
+    std::vector<std::uint8_t> tail;  // the last bytes of the file
 };
 
-// How much a prefetcher should read: a block at the head and one at the tail.
-inline constexpr std::size_t kPrefetchHeadBytes = 4096;
-inline constexpr std::size_t kPrefetchTailBytes = 512;
+// How much a prefetcher should read: a block at the head (an ID3v2 tag without a picture and
+// the first frames behind it) and one at the tail (ID3v1, the Lyrics3 end mark and a short
+// block, an APEv2 footer).
+inline constexpr std::size_t kPrefetchHeadBytes = 8192;
+inline constexpr std::size_t kPrefetchTailBytes = 1024;
+
+// A file below this many bytes can't hold an ID3v1 tag and a frame: it reads as missing.
+inline constexpr std::int64_t kSmallestSongFile = 132;
 
 // Fills `out` for a prefetch: the status, the head and the tail of the file at `path`.
 // Returns false when the file could not be opened (the reader then finds that out itself).
@@ -49,5 +60,18 @@ bool PrefetchSongBytes(const std::string& path, PrefetchedBytes& out);
 SongInfo ReadSongFromDisk(const std::string& path, const FileStatus& status,
                           const SongReadOptions& options,
                           const PrefetchedBytes* prefetched = nullptr);
+
+// The same reading over any bytes (tests, the fuzzer): every field but Path, Date and Volume.
+// The failure, when there is one, says what ended the read.
+Outcome<SongInfo> ReadSongBytes(ByteSource& source, const SongReadOptions& options);
+
+// The tests of the tags at a file's end, on a path: false when the file can't be read.
+bool HasID3Tag(const std::string& path);
+bool HasLyrics3Tag(const std::string& path);
+// The fields of the file's Lyrics3 block; nothing when it has none or it can't be read.
+std::optional<std::vector<Lyrics3Field>> ReadLyrics3Fields(const std::string& path);
+
+// The first reads of a file: the head and tail blocks, or the whole of a small file in one.
+void PreloadSongBlocks(ByteSource& source);
 
 }  // namespace jk

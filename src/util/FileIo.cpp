@@ -31,6 +31,28 @@ std::string ParentFolderOf(const std::string& path) {
     return slash == 0 ? "/" : path.substr(0, slash);
 }
 
+std::int64_t PreadAll(int fd, std::int64_t offset, std::span<std::uint8_t> out) {
+    if (fd < 0 || offset < 0) {
+        return -1;
+    }
+    std::size_t done = 0;
+    while (done < out.size()) {
+        const ssize_t n = ::pread(fd, out.data() + done, out.size() - done,
+                                  static_cast<off_t>(offset + static_cast<std::int64_t>(done)));
+        if (n < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            return done > 0 ? static_cast<std::int64_t>(done) : -1;
+        }
+        if (n == 0) {
+            break;
+        }
+        done += static_cast<std::size_t>(n);
+    }
+    return static_cast<std::int64_t>(done);
+}
+
 }  // namespace
 
 std::string LastErrorText() {
@@ -107,25 +129,121 @@ FileStatus ReadFile::Status() const {
 }
 
 std::int64_t ReadFile::ReadAt(std::int64_t offset, std::span<std::uint8_t> out) const {
-    if (m_fd < 0 || offset < 0) {
+    return PreadAll(m_fd, offset, out);
+}
+
+ReadWriteFile::ReadWriteFile(const std::string& path, Mode mode) {
+    if (path.empty()) {
+        return;
+    }
+    const int flags = mode == Mode::Existing ? O_RDWR | O_CLOEXEC | O_NOCTTY
+                                             : O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOCTTY;
+    m_fd = ::open(path.c_str(), flags, 0644);
+}
+
+ReadWriteFile::ReadWriteFile(ReadWriteFile&& other) noexcept : m_fd(other.m_fd) {
+    other.m_fd = -1;
+}
+
+ReadWriteFile& ReadWriteFile::operator=(ReadWriteFile&& other) noexcept {
+    if (this != &other) {
+        Close();
+        m_fd = other.m_fd;
+        other.m_fd = -1;
+    }
+    return *this;
+}
+
+ReadWriteFile::~ReadWriteFile() {
+    Close();
+}
+
+std::int64_t ReadWriteFile::Size() const {
+    struct stat st {};
+    if (m_fd < 0 || ::fstat(m_fd, &st) != 0) {
         return -1;
     }
+    return static_cast<std::int64_t>(st.st_size);
+}
+
+std::int64_t ReadWriteFile::ReadAt(std::int64_t offset, std::span<std::uint8_t> out) const {
+    return PreadAll(m_fd, offset, out);
+}
+
+bool ReadWriteFile::WriteAt(std::int64_t offset, std::span<const std::uint8_t> data) {
+    if (m_fd < 0 || offset < 0) {
+        return false;
+    }
     std::size_t done = 0;
-    while (done < out.size()) {
-        const ssize_t n = ::pread(m_fd, out.data() + done, out.size() - done,
-                                  static_cast<off_t>(offset + static_cast<std::int64_t>(done)));
+    while (done < data.size()) {
+        const ssize_t n = ::pwrite(m_fd, data.data() + done, data.size() - done,
+                                   static_cast<off_t>(offset + static_cast<std::int64_t>(done)));
         if (n < 0) {
             if (errno == EINTR) {
                 continue;
             }
-            return done > 0 ? static_cast<std::int64_t>(done) : -1;
+            return false;
         }
         if (n == 0) {
-            break;
+            return false;
         }
         done += static_cast<std::size_t>(n);
     }
-    return static_cast<std::int64_t>(done);
+    return true;
+}
+
+bool ReadWriteFile::TruncateTo(std::int64_t length) {
+    if (m_fd < 0 || length < 0) {
+        return false;
+    }
+    while (::ftruncate(m_fd, static_cast<off_t>(length)) != 0) {
+        if (errno != EINTR) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool ReadWriteFile::Close() {
+    if (m_fd < 0) {
+        return true;
+    }
+    const int rc = ::close(m_fd);
+    m_fd = -1;
+    return rc == 0;
+}
+
+IoResult TruncateFileBy(const std::string& path, std::int64_t bytes) {
+    ReadWriteFile file(path);
+    if (!file.IsOpen()) {
+        return {false, "cannot open " + path + ": " + LastErrorText()};
+    }
+    const std::int64_t size = file.Size();
+    if (size < 0) {
+        return {false, "cannot read the length of " + path + ": " + LastErrorText()};
+    }
+    if (bytes < 0 || bytes > size) {
+        return {false, "cannot cut " + std::to_string(bytes) + " bytes from " + path +
+                           ", which holds " + std::to_string(size)};
+    }
+    if (!file.TruncateTo(size - bytes)) {
+        return {false, "cannot shorten " + path + ": " + LastErrorText()};
+    }
+    if (!file.Close()) {
+        return {false, "cannot close " + path + ": " + LastErrorText()};
+    }
+    return {};
+}
+
+bool AddOwnerWritePermission(const std::string& path) {
+    struct stat st {};
+    if (path.empty() || ::stat(path.c_str(), &st) != 0) {
+        return false;
+    }
+    if ((st.st_mode & S_IWUSR) != 0) {
+        return true;
+    }
+    return ::chmod(path.c_str(), (st.st_mode & 07777) | S_IWUSR) == 0;
 }
 
 IoResult ReadWholeFile(const std::string& path, std::string& out, std::int64_t maxBytes) {

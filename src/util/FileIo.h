@@ -50,6 +50,35 @@ private:
     int m_fd = -1;
 };
 
+// A file opened for reading and writing in place (the tags at a song's end). Move-only; closed
+// by the destructor. Nothing here truncates or creates unless asked to.
+class ReadWriteFile {
+public:
+    enum class Mode { Existing, CreateOrTruncate };
+
+    ReadWriteFile() = default;
+    explicit ReadWriteFile(const std::string& path, Mode mode = Mode::Existing);
+    ReadWriteFile(ReadWriteFile&& other) noexcept;
+    ReadWriteFile& operator=(ReadWriteFile&& other) noexcept;
+    ReadWriteFile(const ReadWriteFile&) = delete;
+    ReadWriteFile& operator=(const ReadWriteFile&) = delete;
+    ~ReadWriteFile();
+
+    bool IsOpen() const { return m_fd >= 0; }
+    std::int64_t Size() const;  // -1 on failure
+    // Reads up to out.size() bytes at `offset`; returns the count read (short at the end), or -1.
+    std::int64_t ReadAt(std::int64_t offset, std::span<std::uint8_t> out) const;
+    // Writes all of `data` at `offset`; false when any of it could not be written.
+    bool WriteAt(std::int64_t offset, std::span<const std::uint8_t> data);
+    // Sets the length to `length` bytes (never negative).
+    bool TruncateTo(std::int64_t length);
+    // Closes the file; false when the close reported an error.
+    bool Close();
+
+private:
+    int m_fd = -1;
+};
+
 struct IoResult {
     bool ok = true;
     std::string error;  // one line, for the user
@@ -64,5 +93,13 @@ IoResult WriteFileAtomically(const std::string& path, std::string_view data);
 
 // Text of errno for messages.
 std::string LastErrorText();
+
+// Shortens the file at `path` by `bytes` from its end. Fails, changing nothing, when `bytes` is
+// negative or larger than the file, so a bad count never cuts a file to nothing.
+IoResult TruncateFileBy(const std::string& path, std::int64_t bytes);
+
+// Gives the file's owner write permission when it lacks it (the permission is kept afterwards).
+// True when the owner may write the file afterwards.
+bool AddOwnerWritePermission(const std::string& path);
 
 }  // namespace jk
