@@ -4,7 +4,7 @@ namespace jk {
 
 const std::array<std::string_view, kColumnCount>& ColumnCaptions() {
     static constexpr std::array<std::string_view, kColumnCount> kCaptions = {
-        "Title", "Artist", "Album",    "Year",    "Genre", "Time",
+        "Title",   "Artist",   "Album",   "Year", "Genre", "Time",
         "Bitrate", "Filename", "Comment", "Size", "Date",  "Volume"};
     return kCaptions;
 }
@@ -40,15 +40,23 @@ void ListRow::SetAll(const std::array<std::string_view, kColumnCount>& columns) 
 }
 
 void ListRow::Set(Column column, std::string_view text) {
-    std::array<std::string, kColumnCount> copies;
-    std::array<std::string_view, kColumnCount> views;
-    for (std::size_t i = 0; i < kColumnCount; ++i) {
-        copies[i] = std::string(Get(i));
-        views[i] = copies[i];
+    const std::size_t index = static_cast<std::size_t>(column);
+    if (index >= kColumnCount) {
+        return;
     }
-    const std::string replacement(text);
-    views[static_cast<std::size_t>(column)] = replacement;
-    SetAll(views);
+    const std::uint32_t begin = index == 0 ? 0 : m_ends[index - 1];
+    const std::uint32_t oldLength = m_ends[index] - begin;
+    // `text` may point into m_text itself, so splice through a fresh string.
+    std::string spliced;
+    spliced.reserve(m_text.size() - oldLength + text.size());
+    spliced.append(m_text, 0, begin);
+    spliced.append(text);
+    spliced.append(m_text, begin + oldLength);
+    const std::int64_t delta = static_cast<std::int64_t>(text.size()) - oldLength;
+    for (std::size_t i = index; i < kColumnCount; ++i) {
+        m_ends[i] = static_cast<std::uint32_t>(m_ends[i] + delta);
+    }
+    m_text = std::move(spliced);
 }
 
 std::array<std::string_view, kColumnCount> ListRow::All() const {
