@@ -20,10 +20,3 @@ if(JUKARRA_SANITIZE)
     target_link_options(jukarra_options INTERFACE -fsanitize=address,undefined)
 endif()
 
-# Fuzz builds (clang): the whole project is instrumented for coverage; the fuzz targets add the
-# libFuzzer driver themselves.
-if(JUKARRA_BUILD_FUZZ)
-    target_compile_options(jukarra_options INTERFACE
-        -fsanitize=fuzzer-no-link,address,undefined -fno-omit-frame-pointer)
-    target_link_options(jukarra_options INTERFACE -fsanitize=address,undefined)
-endif()

@@ -1,0 +1,37 @@
+#pragma once
+
+// Shared pieces of the timing programs: collecting the files of a collection, dropping the page
+// cache between runs, timing a pass, and peak memory.
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace jkbench {
+
+// Every regular file ending in ".mp3" below `root`, in the order a depth-first walk meets them.
+std::vector<std::string> CollectSongs(const std::string& root);
+
+// Drops the page cache (the whole machine's when we may, else each file's own pages through
+// posix_fadvise). Returns a note of how it was done.
+std::string DropPageCache(const std::vector<std::string>& files);
+
+struct PassResult {
+    double seconds = 0;     // wall clock
+    double cpuSeconds = 0;  // user + system time of this process
+    std::size_t files = 0;
+    double FilesPerSecond() const { return seconds > 0 ? static_cast<double>(files) / seconds : 0; }
+};
+
+// Times one pass of `work` over all files.
+PassResult TimePass(const std::vector<std::string>& files,
+                    const std::function<void(const std::string&)>& work);
+
+// Peak resident memory of this process so far, in MiB.
+double PeakRssMiB();
+
+// A line describing the machine (CPU, cores, memory, kernel, disk of `path`).
+std::string MachineNote(const std::string& path);
+
+}  // namespace jkbench
