@@ -1,0 +1,42 @@
+#include "browse/CacheScan.h"
+
+#include <optional>
+#include <utility>
+
+#include "catalogue/SongCache.h"
+
+namespace jk {
+namespace {
+
+SongReadFn ReadThroughCache(SongLookupContext& ctx) {
+    return [&ctx](std::string& path, const PrefetchedBytes* prefetched) {
+        return GetSongInfo(path, false, ctx, prefetched);
+    };
+}
+
+}  // namespace
+
+ScanSetup CacheScanSetup(SongLookupContext& ctx, FolderLister& lister, int filterMode,
+                         ScanProgressFn progress, int readAheadThreads) {
+    ScanSetup setup;
+    setup.Lister = &lister;
+    setup.FilterMode = filterMode;
+    setup.ReadSong = ReadThroughCache(ctx);
+    setup.CacheStamp = [&ctx](std::string_view path) -> std::optional<std::string> {
+        const std::int64_t index = CacheFind(ctx.cache, CacheKeyOf(path));
+        if (index < 1) {
+            return std::nullopt;
+        }
+        return std::string(ctx.cache.DateOf(index));
+    };
+    setup.Progress = std::move(progress);
+    setup.ReadAheadThreads = readAheadThreads;
+    return setup;
+}
+
+bool ScanAddSong(std::string path, RowList& rows, int filterMode, SongLookupContext& ctx,
+                 const PrefetchedBytes* prefetched) {
+    return ScanAddSong(std::move(path), rows, filterMode, ReadThroughCache(ctx), prefetched);
+}
+
+}  // namespace jk

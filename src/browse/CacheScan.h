@@ -1,0 +1,26 @@
+#pragma once
+
+// The scans and the song scan bound to the program's song cache: songs come through
+// GetSongInfo (added to the cache), and the read-ahead learns which files the cache will answer
+// so that it opens none of them.
+
+#include <string>
+
+#include "browse/FolderLister.h"
+#include "browse/FolderScan.h"
+#include "metadata/GetSongInfo.h"
+#include "playback/ListRow.h"
+
+namespace jk {
+
+// A scan set-up over `ctx`'s cache. `ctx` must outlive the scans that use it.
+ScanSetup CacheScanSetup(SongLookupContext& ctx, FolderLister& lister, int filterMode,
+                         ScanProgressFn progress = {},
+                         int readAheadThreads = kDefaultReadAheadThreads);
+
+// One file into `rows`: the filter, the refused folders, GetSongInfo without NoCache, and the
+// row. False when nothing was added.
+bool ScanAddSong(std::string path, RowList& rows, int filterMode, SongLookupContext& ctx,
+                 const PrefetchedBytes* prefetched = nullptr);
+
+}  // namespace jk
