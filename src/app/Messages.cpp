@@ -21,10 +21,6 @@ UserMessage IniSaveFailedMessage() {
     return {"INI file could not be saved successfully.", "Sorry...", MessageIcon::None};
 }
 
-UserMessage SaveListQuestion() {
-    return {"Playlist not saved.  Would you like to save it?", "Save list?", MessageIcon::Question};
-}
-
 UserMessage ErrorBox() {
     return {
         "Sorry, this tool requires you to have at least one file in the Playlist to "

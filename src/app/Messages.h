@@ -7,24 +7,12 @@
 #include <string>
 #include <string_view>
 
+#include "util/UserMessage.h"
+
 namespace jk {
-
-enum class MessageIcon : std::uint8_t { None, Information, Question, Warning, Critical };
-
-struct UserMessage {
-    std::string text;
-    std::string title;
-    MessageIcon icon = MessageIcon::None;
-
-    friend bool operator==(const UserMessage&, const UserMessage&) = default;
-};
-
-// The answer to a question with the buttons Yes, No and Cancel.
-enum class SaveAnswer : std::uint8_t { Yes, No, Cancel };
 
 UserMessage WelcomeMessage();
 UserMessage IniSaveFailedMessage();
-UserMessage SaveListQuestion();
 // The message for a tool that needs at least one song on the playlist.
 UserMessage ErrorBox();
 

@@ -2,6 +2,7 @@
 
 #include "app/Session.h"
 #include "app/SettingsStore.h"
+#include "playback/PlaylistCommands.h"
 
 namespace jk {
 
@@ -30,7 +31,7 @@ bool DecideOnPlaylist(Session& session, SessionFront& front, SessionData& data) 
     front.SetPanelText(kPanelShuttingDown);
     const Settings& settings = session.Settings;
     if (settings.NeverAsk != 1) {
-        switch (front.AskSaveList(SaveListQuestion())) {
+        switch (front.AskSaveList(SaveQuestion())) {
             case SaveAnswer::Cancel:
                 return false;
             case SaveAnswer::Yes:

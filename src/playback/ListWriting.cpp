@@ -64,7 +64,8 @@ IoResult SaveLastList(std::string_view appPath, const RowList& rows) {
 }
 
 UserMessage SaveFailedMessage() {
-    return {"Current playlist could not be saved successfully.", "Uh-oh..."};
+    return {"Current playlist could not be saved successfully.", "Uh-oh...",
+            MessageIcon::Information};
 }
 
 }  // namespace jk

@@ -91,7 +91,7 @@ bool NothingToLose(const PlaylistState& state) {
 }
 
 UserMessage SaveQuestion() {
-    return {"Playlist not saved.  Would you like to save it?", "Save list?"};
+    return {"Playlist not saved.  Would you like to save it?", "Save list?", MessageIcon::Question};
 }
 
 bool ReadyToDropList(PlaylistState& state, const ListSettings& settings,

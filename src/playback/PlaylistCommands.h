@@ -54,7 +54,6 @@ SaveResult SaveAsList(PlaylistState& state, const std::string& path, const ListS
 void RemoveFromList(PlaylistState& state);
 
 // Asking before a command drops the list (New, Open, Open & Play, a recent list).
-enum class SaveAnswer { Yes, No, Cancel };
 
 // Nothing is lost when the list is saved, or untitled and empty.
 bool NothingToLose(const PlaylistState& state);

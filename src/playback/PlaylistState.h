@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "playback/ListRow.h"
+#include "util/UserMessage.h"
 
 namespace jk {
 
@@ -29,11 +30,6 @@ struct PlaylistState {
     PathHistory RecentLists;
 };
 
-// A message for the user that a front end shows in its own way.
-struct UserMessage {
-    std::string_view text;
-    std::string_view title;
-};
 
 // The settings that decide how lists are read and written; each holds the value of its key.
 struct ListSettings {

@@ -1,4 +1,5 @@
 #include "app/Shutdown.h"
+#include "playback/PlaylistCommands.h"
 
 #include <filesystem>
 #include <string>
@@ -79,7 +80,7 @@ TEST(Shutdown, CancelAtTheSaveQuestionLeavesEveryFileUntouched) {
               (std::vector<std::string>{"front:StoreWindowPosition", "panel:Shutting down...",
                                         "front:AskSaveList", "panel:"}));
     ASSERT_EQ(recorder.messages.size(), 1u);
-    EXPECT_EQ(recorder.messages[0], SaveListQuestion());
+    EXPECT_EQ(recorder.messages[0], SaveQuestion());
     EXPECT_EQ(folder.Read("jukarra2.ini"), "[INIexists]\r\nCheck=1\r\n");
     EXPECT_EQ(std::filesystem::last_write_time(folder.File("jukarra2.ini")), old);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()),
