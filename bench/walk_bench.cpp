@@ -1,0 +1,232 @@
+// Walking a collection into playlist rows, beside TagLib walking the same tree (a FileRef per
+// file) and a bare walk that stats each file; then a list of 10,000 lines opened through the warm
+// song cache and saved, and the shuffles. All in one run.
+//
+//   walk_bench COLLECTION [--no-cold] [--threads N]
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <taglib/fileref.h>
+#include <taglib/tag.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "BenchSupport.h"
+#include "browse/CacheScan.h"
+#include "browse/FolderScan.h"
+#include "catalogue/SongCache.h"
+#include "metadata/GetSongInfo.h"
+#include "platform/DirectoryListing.h"
+#include "platform/Drives.h"
+#include "playback/CachedSongSource.h"
+#include "playback/ListReading.h"
+#include "playback/ListWriting.h"
+#include "playback/ShuffleRandom.h"
+#include "playback/Shuffler.h"
+
+namespace {
+
+std::size_t g_sink = 0;  // printed at the end, so no pass is optimised away
+
+// A plain depth-first walk with readdir, calling `onSong` for each ".mp3" file: what a peer
+// program does to visit a tree.
+void WalkTree(const std::string& folder, const std::function<void(const std::string&)>& onSong) {
+    DIR* dir = opendir(folder.c_str());
+    if (dir == nullptr) {
+        return;
+    }
+    std::vector<std::string> subfolders;
+    while (const dirent* entry = readdir(dir)) {
+        const char* name = entry->d_name;
+        if (std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0) {
+            continue;
+        }
+        const std::string path = folder + "/" + name;
+        const std::size_t length = std::strlen(name);
+        if (entry->d_type == DT_DIR) {
+            subfolders.push_back(path);
+        } else if (length > 4 && strcasecmp(name + length - 4, ".mp3") == 0) {
+            onSong(path);
+        }
+    }
+    closedir(dir);
+    for (const std::string& sub : subfolders) {
+        WalkTree(sub, onSong);
+    }
+}
+
+double Seconds(const std::function<void()>& work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+struct Ours {
+    jk::SongCache cache;
+    std::int32_t lookups = 0;
+    std::int32_t hits = 0;
+    jk::SongLookupContext context{cache, lookups, hits, {}, {}};
+    Ours() { context.options.volumeLabel = jk::MakeVolumeLabelLookup(); }
+};
+
+std::size_t RecurseInto(Ours& ours, const std::string& root, jk::RowList& rows, int threads) {
+    jk::PosixFolderLister lister;
+    const jk::ScanSetup setup = jk::CacheScanSetup(ours.context, lister, 0, {}, threads);
+    return jk::RecurseDirReal(root, rows, setup).Added;
+}
+
+void Line(const char* name, std::size_t files, double seconds, double reference) {
+    const double rate = seconds > 0 ? static_cast<double>(files) / seconds : 0;
+    std::printf("  %-44s %10.0f %9.3f %7.2fx\n", name, rate, seconds,
+                reference > 0 ? rate / reference : 0.0);
+}
+
+void Heading(const char* text) {
+    std::printf("\n%s\n  %-44s %10s %9s %8s\n", text, "", "files/s", "seconds", "ratio");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 2) {
+        std::fprintf(stderr, "usage: walk_bench COLLECTION [--no-cold] [--threads N]\n");
+        return 1;
+    }
+    const std::string root = argv[1];
+    bool cold = true;
+    int threads = jk::kDefaultReadAheadThreads;
+    for (int i = 2; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--no-cold") == 0) {
+            cold = false;
+        } else if (std::strcmp(argv[i], "--threads") == 0 && i + 1 < argc) {
+            threads = std::atoi(argv[++i]);
+        }
+    }
+    const std::vector<std::string> files = jkbench::CollectSongs(root);
+    std::printf("collection: %s, %zu songs; read-ahead threads: %d\nmachine: %s\n", root.c_str(),
+                files.size(), threads, jkbench::MachineNote(root).c_str());
+
+    const auto tagLib = [](const std::string& path) {
+        TagLib::FileRef file(path.c_str(), true, TagLib::AudioProperties::Fast);
+        if (!file.isNull() && file.tag() != nullptr) {
+            g_sink += file.tag()->title().size();
+        }
+        if (!file.isNull() && file.audioProperties() != nullptr) {
+            g_sink += static_cast<std::size_t>(file.audioProperties()->lengthInSeconds());
+        }
+    };
+    const auto statOnly = [](const std::string& path) {
+        struct stat st {};
+        g_sink += ::stat(path.c_str(), &st) == 0 ? static_cast<std::size_t>(st.st_size) : 0;
+    };
+    const auto walkWith = [&](const std::function<void(const std::string&)>& onSong) {
+        return Seconds([&] { WalkTree(root, onSong); });
+    };
+
+    // Warm page cache.
+    walkWith(statOnly);
+    jkbench::TimePass(files, tagLib);
+    std::unique_ptr<Ours> ours = std::make_unique<Ours>();
+    jk::RowList rows;
+    const double tagLibWarm = walkWith(tagLib);
+    const double statWarm = walkWith(statOnly);
+    std::size_t added = 0;
+    const double oursEmpty = Seconds([&] { added = RecurseInto(*ours, root, rows, threads); });
+    rows.clear();
+    const double oursWarm = Seconds([&] { added = RecurseInto(*ours, root, rows, threads); });
+    const double tagLibRate = static_cast<double>(files.size()) / tagLibWarm;
+    const double statRate = static_cast<double>(files.size()) / statWarm;
+    Heading("page cache warm");
+    Line("RecurseDirReal into rows, song cache empty", added, oursEmpty, tagLibRate);
+    Line("TagLib walk (FileRef per file)", files.size(), tagLibWarm, tagLibRate);
+    Line("RecurseDirReal into rows, song cache warm", added, oursWarm, statRate);
+    Line("bare walk, one stat per file", files.size(), statWarm, statRate);
+    std::printf("  (ratios: song cache empty against TagLib; warm against the bare walk)\n");
+
+    if (cold) {
+        std::string how;
+        const auto dropped = [&](const std::function<double()>& work) {
+            how = jkbench::DropPageCache(files);
+            return work();
+        };
+        jk::RowList coldRows;
+        ours = std::make_unique<Ours>();
+        const double oursCold =
+            dropped([&] { return Seconds([&] { added = RecurseInto(*ours, root, coldRows, threads); }); });
+        const double tagLibCold = dropped([&] { return walkWith(tagLib); });
+        const double statCold = dropped([&] { return walkWith(statOnly); });
+        const double tagLibColdRate = static_cast<double>(files.size()) / tagLibCold;
+        Heading(("page cache dropped: " + how).c_str());
+        Line("RecurseDirReal into rows, song cache empty", added, oursCold, tagLibColdRate);
+        Line("TagLib walk (FileRef per file)", files.size(), tagLibCold, tagLibColdRate);
+        Line("bare walk, one stat per file", files.size(), statCold, tagLibColdRate);
+        std::printf("  (ratios against TagLib's walk)\n");
+        // Leave a warm song cache for the list figures below.
+        walkWith(statOnly);
+        coldRows.clear();
+        RecurseInto(*ours, root, coldRows, threads);
+    }
+
+    // A list of 10,000 lines through the warm song cache, and its save.
+    const std::size_t listSize = std::min<std::size_t>(10000, files.size());
+    const std::vector<std::string> listFiles(files.begin(), files.begin() + static_cast<long>(listSize));
+    char folderTemplate[] = "/tmp/walk_bench.XXXXXX";
+    const std::string folder = mkdtemp(folderTemplate);
+    const std::string listPath = folder + "/bench.m3u";
+    {
+        std::string text;
+        for (const std::string& path : listFiles) {
+            text += path + "\r\n";
+        }
+        FILE* out = std::fopen(listPath.c_str(), "wb");
+        std::fwrite(text.data(), 1, text.size(), out);
+        std::fclose(out);
+    }
+    jk::RowList listRows;
+    const jk::SongSource source = jk::CachedSongSource(ours->context);
+    const double openSeconds =
+        Seconds([&] { jk::OpenListNow(listPath, listRows, source, 0); });
+    const double statList = jkbench::TimePass(listFiles, statOnly).seconds;
+    jk::ListSettings settings;
+    settings.RelativePaths = 1;
+    const double saveSeconds = Seconds([&] { jk::WriteListFile(folder + "/saved.m3u", listRows, settings); });
+    Heading("a list of songs, song cache warm");
+    Line("OpenListNow", listRows.size(), openSeconds, static_cast<double>(listSize) / statList);
+    Line("bare stat of the same files", listSize, statList, static_cast<double>(listSize) / statList);
+    std::printf("  SaveList of %zu rows (relative paths): %.1f ms\n", listRows.size(), saveSeconds * 1000);
+
+    // Shuffles.
+    const auto makeRows = [](std::size_t count, std::size_t artists) {
+        jk::RowList made(count);
+        for (std::size_t i = 0; i < count; ++i) {
+            const std::string artist = "Artist " + std::to_string(i % artists);
+            const std::string path = "/music/" + std::to_string(i) + ".mp3";
+            made[i] = jk::ListRow({"Song", artist, "Album", "1999", "Rock", "03:00", "128 ",
+                                   path, "", "1000", "", ""});
+        }
+        return made;
+    };
+    jk::ShuffleRandom random(42);
+    jk::RowList many = makeRows(100000, 5000);
+    const double enhancedMany = Seconds([&] { jk::ShuffleListRows(many, false, true, random); });
+    jk::RowList single = makeRows(10000, 1);
+    const double enhancedSingle = Seconds([&] { jk::ShuffleListRows(single, false, true, random); });
+    jk::RowList quick = makeRows(100000, 5000);
+    const double quickMany = Seconds([&] { jk::ShuffleListRows(quick, false, false, random); });
+    std::printf("\nshuffles\n  enhanced, 100,000 rows by 5,000 artists: %.3f s\n", enhancedMany);
+    std::printf("  enhanced, 10,000 rows by one artist: %.3f s\n", enhancedSingle);
+    std::printf("  quick, 100,000 rows: %.3f s\n", quickMany);
+
+    std::printf("\npeak memory of this program: %.1f MiB (checksum %zu)\n", jkbench::PeakRssMiB(),
+                g_sink + rows.size());
+    std::remove(listPath.c_str());
+    std::remove((folder + "/saved.m3u").c_str());
+    ::rmdir(folder.c_str());
+    return 0;
+}
