@@ -5,6 +5,7 @@
 // owns it and hands it by reference to windows and commands. It holds data, not behaviour.
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -37,6 +38,14 @@ struct Session {
     std::int32_t RemoteSentinel = kRemoteNoValue;
 
     jk::SongCache SongCache;
+    // The tag code page that the texts of SongCache were decoded in.
+    std::string CacheCodepage;
+    // True while this run's TagCodepage is not the settings file's: the cache was emptied for
+    // this run, and cache.dat keeps the records of the saved code page.
+    bool CacheSaveBlocked = false;
+    // The volume label of the filesystem that holds a path, for songs read from disk. Set by the
+    // front end, which may reach the platform layer; when empty, labels are "".
+    std::function<std::string(const std::string& path)> VolumeLabelLookup;
 
     // ---- Playlist: the playlist rows (src/playback) belong here; wired by the lead. ----
     // ---- Virtual drive database (VirtualVolumes) joins here when it is built. ----

@@ -1,15 +1,31 @@
 #include "app/SessionData.h"
 
+#include "app/CacheCodepage.h"
+#include "app/CacheSaving.h"
+#include "app/ProfileFile.h"
 #include "app/Session.h"
+#include "catalogue/CacheMaintenance.h"
+#include "catalogue/VBaseFile.h"
 
-// Until the catalogue, browsing and playback routines are bound here, each step leaves the
-// session as it is: empty catalogues, an empty playlist, no player.
+// The song cache's steps are bound to the catalogue. Until the virtual drives, bookmarks and
+// playback routines are bound here, their steps leave the session as it is: empty catalogues,
+// an empty playlist, no player.
 
 namespace jk {
 
 void SessionData::InitializeDrives(Session& /*session*/) {}
 
-void SessionData::LoadCache(Session& /*session*/, const StepProgress& /*progress*/) {}
+void SessionData::LoadCache(Session& session, const StepProgress& progress) {
+    // The settings are read later in start-up; the cache on disk was saved in the settings
+    // file's code page, which a --set override may change before the cache is first used.
+    session.CacheCodepage = SavedTagCodepage(ProfileFile::Load(IniPath(session)));
+    session.CacheSaveBlocked = false;
+    LoadProgress splash;
+    if (progress) {
+        splash = [&progress](std::int64_t done, std::int64_t total) { progress(done, total); };
+    }
+    jk::LoadCache(session.SongCache, session.AppPath, splash);
+}
 
 void SessionData::LoadVirtualCache(Session& /*session*/, const StepProgress& /*progress*/) {}
 
@@ -17,7 +33,10 @@ void SessionData::BuildVirtualVolumes(Session& /*session*/, const StepProgress& 
 
 void SessionData::LoadBookmarks(Session& /*session*/) {}
 
-void SessionData::OptimizeCache(Session& /*session*/) {}
+void SessionData::OptimizeCache(Session& session) {
+    FlushCacheOnCodepageChange(session, SettingScope::ThisRun);
+    jk::OptimizeCache(session.SongCache, session.Settings.ExpireMode);
+}
 
 void SessionData::OpenLastList(Session& /*session*/) {}
 
@@ -35,11 +54,16 @@ std::optional<UserMessage> SessionData::SaveLastList(Session& /*session*/) {
     return std::nullopt;
 }
 
-void SessionData::TrimCache(Session& /*session*/) {}
+void SessionData::TrimCache(Session& session) {
+    jk::TrimCache(session.SongCache, session.CacheLimit, session.CacheFrozen);
+}
 
 void SessionData::SaveBookmarks(Session& /*session*/) {}
 
-void SessionData::SaveCache(Session& /*session*/) {}
+void SessionData::SaveCache(Session& session) {
+    // A cache that cannot be written is only a slower next start; the shutdown goes on.
+    SaveSessionCache(session);
+}
 
 void SessionData::BackupVirtualCache(Session& /*session*/) {}
 

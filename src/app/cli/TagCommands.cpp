@@ -1,0 +1,182 @@
+// tag set [--title T] [--artist A] [--album B] [--year Y] [--comment C] [--genre G] [--track N]
+//     FILE...
+// tag strip FILE...
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "app/Session.h"
+#include "app/SongLookup.h"
+#include "app/SongTagEdit.h"
+#include "app/cli/CliContext.h"
+#include "app/cli/CliRegistry.h"
+#include "app/cli/SongCommandSupport.h"
+#include "metadata/GetSongInfo.h"
+#include "metadata/SongFileReader.h"
+#include "metadata/TagWriter.h"
+#include "util/FileIo.h"
+#include "util/StringHelpers.h"
+
+namespace jk {
+
+namespace {
+
+constexpr int kLargestTrack = 255;  // the track is one byte of the tag
+
+// The changes the options ask for; false, with the usage error, when a value is bad or no
+// change is asked for.
+bool ReadTagChanges(const CommandArgs& parsed, TagChanges& changes, std::string& error) {
+    const auto text = [&parsed](std::string_view option) -> std::optional<std::string> {
+        const std::string* value = parsed.Value(option);
+        return value != nullptr ? std::optional<std::string>(*value) : std::nullopt;
+    };
+    changes.Title = text("--title");
+    changes.Artist = text("--artist");
+    changes.Album = text("--album");
+    changes.Year = text("--year");
+    changes.Comment = text("--comment");
+    changes.Genre = text("--genre");
+    if (const std::string* track = parsed.Value("--track")) {
+        if (track->empty() || !IsAllDigits(*track) || track->size() > 3 ||
+            std::stoi(*track) > kLargestTrack) {
+            error = "tag set: --track takes a number from 0 to 255, not \"" + *track + "\"";
+            return false;
+        }
+        changes.Track = static_cast<std::int16_t>(std::stoi(*track));
+    }
+    if (!changes.Any()) {
+        error = "tag set needs at least one field to change";
+        return false;
+    }
+    return true;
+}
+
+// True for a file that GetSongInfo would read: a regular file of at least 132 bytes.
+bool IsSongFile(const std::string& path, FileStatus& status) {
+    status = StatPath(path);
+    return status.exists && status.isRegular && status.size >= kSmallestSongFile;
+}
+
+int SetTags(CliContext& context, std::span<const std::string> args) {
+    const CommandArgs parsed = ParseCommandArgs(
+        args, {}, {"--title", "--artist", "--album", "--year", "--comment", "--genre", "--track"},
+        "tag set");
+    if (!parsed.error.empty()) {
+        return UsageError(parsed.error);
+    }
+    TagChanges changes;
+    std::string error;
+    if (!ReadTagChanges(parsed, changes, error)) {
+        return UsageError(error);
+    }
+    if (parsed.operands.empty()) {
+        return UsageError("tag set needs at least one FILE");
+    }
+    if (!context.AcquireWriteAccess()) {
+        return kExitFailed;
+    }
+    Session& session = context.StartedSession();
+    SongLookupContext lookup = MakeSongLookupContext(session);
+    const SingleByteCodepage* page = lookup.options.codepage.get();
+
+    FileProgress progress("Writing tags");
+    const auto total = static_cast<std::int64_t>(parsed.operands.size());
+    std::int64_t done = 0;
+    bool anyFailed = false;
+    for (const std::string& arg : parsed.operands) {
+        progress.Step(done++, total);
+        const std::string path = FullPathOf(arg);
+        FileStatus status;
+        // Read from the file itself, never from a cache slot that may hold another file of
+        // the same name; the slot goes stale by the file's new date.
+        SongInfo song = IsSongFile(path, status)
+                            ? ReadSongFile(path, status, /*noCache=*/true, lookup)
+                            : NonExistantSong();
+        if (IsNonExistant(song)) {
+            progress.Clear();
+            ReportUnreadable(path);
+            anyFailed = true;
+            continue;
+        }
+        ApplyTrackSuffix(song);
+        if (!WriteSongTag(path, EditedSong(std::move(song), changes), page)) {
+            progress.Clear();
+            CliContext::Error(TagWriteFailedText(path));
+            anyFailed = true;
+        }
+    }
+    progress.Clear();
+    return anyFailed ? kExitFailed : kExitOk;
+}
+
+int StripFileTags(CliContext& context, std::span<const std::string> args) {
+    const CommandArgs parsed = ParseCommandArgs(args, {}, {}, "tag strip");
+    if (!parsed.error.empty()) {
+        return UsageError(parsed.error);
+    }
+    if (parsed.operands.empty()) {
+        return UsageError("tag strip needs at least one FILE");
+    }
+    if (!context.AcquireWriteAccess()) {
+        return kExitFailed;
+    }
+    bool anyFailed = false;
+    for (const std::string& arg : parsed.operands) {
+        const std::string path = FullPathOf(arg);
+        FileStatus status;
+        if (!IsSongFile(path, status)) {
+            ReportUnreadable(path);
+            anyFailed = true;
+        } else if (!HasID3Tag(path) && !HasLyrics3Tag(path)) {
+            CliContext::Error(path + " has no tag to strip");
+            anyFailed = true;
+        } else if (!StripTags(path)) {
+            CliContext::Error(TagWriteFailedText(path));
+            anyFailed = true;
+        }
+    }
+    return anyFailed ? kExitFailed : kExitOk;
+}
+
+int RunTag(CliContext& context, std::span<const std::string> args) {
+    if (args.empty()) {
+        return UsageError("tag needs set or strip");
+    }
+    if (args[0] == "set") {
+        return SetTags(context, args.subspan(1));
+    }
+    if (args[0] == "strip") {
+        return StripFileTags(context, args.subspan(1));
+    }
+    return UsageError("tag: unknown " + args[0] + "; give set or strip");
+}
+
+const CliRegistration kTagCommand{CliCommand{
+    .name = "tag",
+    .help =
+        {
+            {"tag set [--FIELD TEXT]... FILE...", "change the given fields of songs' tags"},
+            {"tag strip FILE...", "remove the ID3v1 tag and Lyrics3 block of songs"},
+        },
+    .details =
+        "FIELD is title, artist, album, year, comment, genre or track.\n"
+        "\"tag set\" reads each song from its file, changes the fields given and writes the tag\n"
+        "back as the tag dialog does: an ID3v1 tag, or a Lyrics3 block with one behind it when\n"
+        "a title, artist or album runs past 30 characters or the file has a block already.\n"
+        "The \" - NN\" that a track number adds to Album in listings is not written into the\n"
+        "tag. --track takes 0 (none) to 255; a track of 1 or more leaves 28 characters to the\n"
+        "comment. --genre takes a genre's name; a name the genre list lacks is written as 255.\n"
+        "Text is written in the TagCodepage of the settings.\n"
+        "\"tag strip\" removes the tags at the end of each file; a file with none is reported.\n"
+        "Both are refused while the desktop program runs on the same data folder. A tag that\n"
+        "could not be written is reported as the tag dialog reports it, the other files are\n"
+        "still done, and the exit status is then 2.",
+    .run = &RunTag,
+}};
+
+}  // namespace
+
+}  // namespace jk
