@@ -288,6 +288,14 @@ kill "$HOLDER"
 wait "$HOLDER" 2>/dev/null
 HOLDER=""
 
+# --- a new tag code page empties the cache: its texts were decoded in the old one ---
+run info "$PLAIN"
+expect_rc 0 "info before a code page change"
+[ "$(stat -c %s "$DATA/cache.dat")" -gt 20 ] || fail "info left no song in cache.dat"
+run settings set Options.TagCodepage KOI8-R
+expect_rc 0 "settings set TagCodepage"
+[ "$(stat -c %s "$DATA/cache.dat")" -eq 20 ] || fail "a new tag code page left songs in cache.dat"
+
 # --- bad usage ---
 for args in "info" "info --bogus $PLAIN" "info --json=1 $PLAIN" "tag" "tag frob $PLAIN" \
     "tag set $PLAIN" "tag set --title" "tag set --title X" "tag set --track 256 $PLAIN" \

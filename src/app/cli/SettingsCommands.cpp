@@ -4,6 +4,8 @@
 #include <span>
 #include <string>
 
+#include "app/CacheCodepage.h"
+#include "app/CacheSaving.h"
 #include "app/JsonLine.h"
 #include "app/Session.h"
 #include "app/SettingsStore.h"
@@ -55,10 +57,18 @@ int SetSetting(CliContext& context, const std::string& name, const std::string& 
     }
     Session& session = context.StartedSession();
     SetSettingFromText(session.Settings, *lookup.field, value);
+    // The cache holds text decoded in the old tag code page: a new one empties it.
+    const bool cacheMustFollow = FlushCacheOnCodepageChange(session, SettingScope::Saved);
     std::string error;
     if (!WriteINI(session.Settings, IniPath(session), &error)) {
         CliContext::Error("cannot save the settings: " + error);
         return kExitFailed;
+    }
+    if (cacheMustFollow) {
+        if (const IoResult saved = SaveSessionCache(session); !saved.ok) {
+            CliContext::Error("cannot save the song cache: " + saved.error);
+            return kExitFailed;
+        }
     }
     PrintLine(SettingName(*lookup.field) + "=" + SettingText(session.Settings, *lookup.field));
     return kExitOk;

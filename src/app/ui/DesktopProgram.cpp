@@ -7,6 +7,7 @@
 
 #include "app/Shutdown.h"
 #include "platform/DataFolder.h"
+#include "platform/Drives.h"
 #include "platform/ExecutableSearch.h"
 #include "platform/InstanceLock.h"
 #include "platform/UserFolders.h"
@@ -34,6 +35,7 @@ StartupResult DesktopProgram::Start() {
     environment.dataFolder = m_dataFolder;
     environment.firstPlayerPath = FindDefaultPlayer();
     environment.samples = {MusicFolder(), DownloadFolder()};
+    m_session.VolumeLabelLookup = MakeVolumeLabelLookup();
     return RunStartup(m_session, m_front, m_data, environment);
 }
 
