@@ -3,6 +3,7 @@
 #include <array>
 
 #include "app/SettingsStore.h"
+#include "playback/PlaylistTitle.h"
 #include "util/Text.h"
 #include "util/Utf8.h"
 
@@ -21,8 +22,8 @@ std::string IniPath(const Session& session) {
 
 void LoadDefaults(Session& session, std::string_view firstPlayerPath) {
     LoadDefaults(session.Settings, firstPlayerPath);
-    session.PlaylistSaved = -1;
-    session.CurrentList.clear();
+    session.Playlist.PlaylistSaved = true;
+    session.Playlist.CurrentList.clear();
     session.CacheLimit = 1000000;
 }
 
@@ -58,6 +59,14 @@ bool RememberListIsOne(const jk::Settings& settings) {
 
 bool RememberListIsOn(const jk::Settings& settings) {
     return Val(settings.RememberList) != 0;
+}
+
+ListSettings ListSettingsOf(const jk::Settings& settings) {
+    return ListSettings{settings.HideGhosts, settings.RelativePaths, CurrentPlayerPath(settings)};
+}
+
+std::string PlaylistCaption(const Session& session) {
+    return WindowTitle(session.Playlist.CurrentList, session.Playlist.PlaylistSaved);
 }
 
 bool IsWinampOnlyMode(const jk::Settings& settings) {

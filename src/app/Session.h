@@ -11,7 +11,9 @@
 #include <string_view>
 
 #include "app/Settings.h"
+#include "browse/DriveRoot.h"
 #include "catalogue/SongCache.h"
+#include "playback/PlaylistState.h"
 
 namespace jk {
 
@@ -30,8 +32,6 @@ struct Session {
     std::int16_t Starting = 0;          // -1 while start-up runs
     std::int16_t VirtualDirty = 0;      // non-zero: the virtual drive database changed
     std::int16_t VolumesReady = 0;      // -1: the database was read in its per-volume form
-    std::int16_t PlaylistSaved = -1;    // -1: no unsaved changes
-    std::string CurrentList;            // the open playlist file; "" for "Untitled"
     std::int32_t CacheLimit = 1000000;  // songs kept in the song cache
     std::int16_t CacheFrozen = 0;       // non-zero: the cache is not trimmed at shutdown
     std::string FileFilter = "*.mp3";   // the pattern of files listed, from FilterMode
@@ -47,7 +47,16 @@ struct Session {
     // front end, which may reach the platform layer; when empty, labels are "".
     std::function<std::string(const std::string& path)> VolumeLabelLookup;
 
-    // ---- Playlist: the playlist rows (src/playback) belong here; wired by the lead. ----
+    // The open playlist: its rows, its name (CurrentList), whether it is saved (PlaylistSaved)
+    // and the recent lists.
+    PlaylistState Playlist;
+
+    // The roots of the folder tree, in the tree's order: filled by InitializeDrives from
+    // DriveLister, which the front end sets (it may reach the platform layer); when that is
+    // empty, the tree has no drive roots.
+    DriveList Drives;
+    std::function<DriveList()> DriveLister;
+
     // ---- Virtual drive database (VirtualVolumes) joins here when it is built. ----
 };
 
@@ -72,6 +81,13 @@ void ApplyFilterMode(Session& session);
 // (not 0) at shutdown.
 bool RememberListIsOne(const jk::Settings& settings);
 bool RememberListIsOn(const jk::Settings& settings);
+
+// The settings that decide how lists are read and written: HideGhosts, RelativePaths and the
+// player in use.
+ListSettings ListSettingsOf(const jk::Settings& settings);
+
+// The main window's caption for the open playlist.
+std::string PlaylistCaption(const Session& session);
 
 // True when the player in use is Winamp ("winamp" anywhere in its path, in any case): the
 // Winamp-only commands are shown then.

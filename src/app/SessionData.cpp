@@ -4,16 +4,27 @@
 #include "app/CacheSaving.h"
 #include "app/ProfileFile.h"
 #include "app/Session.h"
+#include "app/SongLookup.h"
 #include "catalogue/CacheMaintenance.h"
 #include "catalogue/VBaseFile.h"
+#include "playback/CachedSongSource.h"
+#include "playback/ListReading.h"
+#include "playback/ListWriting.h"
 
-// The song cache's steps are bound to the catalogue. Until the virtual drives, bookmarks and
-// playback routines are bound here, their steps leave the session as it is: empty catalogues,
-// an empty playlist, no player.
+// The drives, the song cache and the playlist are bound to their routines. Until the virtual
+// drives, bookmarks and the player are bound here, their steps leave the session as it is:
+// empty catalogues, no player.
 
 namespace jk {
 
-void SessionData::InitializeDrives(Session& /*session*/) {}
+DriveList TreeRootsOf(DriveList drives) {
+    std::erase_if(drives, [](const DriveRoot& drive) { return drive.Type == kDriveNotReady; });
+    return drives;
+}
+
+void SessionData::InitializeDrives(Session& session) {
+    session.Drives = TreeRootsOf(session.DriveLister ? session.DriveLister() : DriveList{});
+}
 
 void SessionData::LoadCache(Session& session, const StepProgress& progress) {
     // The settings are read later in start-up; the cache on disk was saved in the settings
@@ -38,7 +49,16 @@ void SessionData::OptimizeCache(Session& session) {
     jk::OptimizeCache(session.SongCache, session.Settings.ExpireMode);
 }
 
-void SessionData::OpenLastList(Session& /*session*/) {}
+void SessionData::OpenLastList(Session& session) {
+    if (!RememberListIsOne(session.Settings)) {
+        return;
+    }
+    SongLookupContext lookup = MakeSongLookupContext(session);
+    // A line too deep to resolve ends the reading; the rows read before it are kept, and the
+    // next shutdown writes them back.
+    jk::OpenLastList(session.AppPath, session.Playlist.Rows, CachedSongSource(lookup),
+                     session.Settings.HideGhosts);
+}
 
 bool SessionData::PlayerRunning(const Session& /*session*/) {
     return false;
@@ -46,12 +66,15 @@ bool SessionData::PlayerRunning(const Session& /*session*/) {
 
 void SessionData::StartPlayer(Session& /*session*/, const std::string& /*playerPath*/) {}
 
-std::size_t SessionData::PlaylistSongCount(const Session& /*session*/) {
-    return 0;
+std::size_t SessionData::PlaylistSongCount(const Session& session) {
+    return session.Playlist.Rows.size();
 }
 
-std::optional<UserMessage> SessionData::SaveLastList(Session& /*session*/) {
-    return std::nullopt;
+std::optional<UserMessage> SessionData::SaveLastList(Session& session) {
+    if (jk::SaveLastList(session.AppPath, session.Playlist.Rows).ok) {
+        return std::nullopt;
+    }
+    return SaveFailedMessage();
 }
 
 void SessionData::TrimCache(Session& session) {

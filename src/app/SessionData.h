@@ -11,6 +11,7 @@
 #include <string>
 
 #include "app/Messages.h"
+#include "browse/DriveRoot.h"
 
 namespace jk {
 
@@ -24,6 +25,7 @@ public:
     virtual ~SessionData() = default;
 
     // Start-up.
+    // The folder tree's drive roots (Session::Drives) from the front end's drive list.
     virtual void InitializeDrives(Session& session);
     virtual void LoadCache(Session& session, const StepProgress& progress);
     // Sets VolumesReady to -1 when the database is already held per volume.
@@ -31,13 +33,15 @@ public:
     virtual void BuildVirtualVolumes(Session& session, const StepProgress& progress);
     virtual void LoadBookmarks(Session& session);
     virtual void OptimizeCache(Session& session);
+    // "lastlist.m3u" of the data folder into the playlist, through the song cache, when
+    // RememberList is 1. The list stays untitled and saved.
     virtual void OpenLastList(Session& session);
     virtual bool PlayerRunning(const Session& session);
     virtual void StartPlayer(Session& session, const std::string& playerPath);
 
     // Shutdown.
     virtual std::size_t PlaylistSongCount(const Session& session);
-    // A message for the user when the list could not be saved.
+    // Writes the playlist as "lastlist.m3u"; the "Uh-oh..." message when it could not.
     virtual std::optional<UserMessage> SaveLastList(Session& session);
     virtual void TrimCache(Session& session);
     virtual void SaveBookmarks(Session& session);
@@ -45,5 +49,8 @@ public:
     virtual void BackupVirtualCache(Session& session);
     virtual void SaveVirtualCache(Session& session);
 };
+
+// The roots the folder tree shows, in its order: every drive whose type is not 0.
+DriveList TreeRootsOf(DriveList drives);
 
 }  // namespace jk

@@ -18,14 +18,14 @@ constexpr std::string_view kPanelWritingIni = "Writing INI...";
 
 void SaveAndForgetList(Session& session, SessionFront& front) {
     front.SaveListClick();
-    session.PlaylistSaved = -1;
-    session.CurrentList.clear();
+    session.Playlist.PlaylistSaved = true;
+    session.Playlist.CurrentList.clear();
 }
 
 // Returns false when the user cancels.
 bool DecideOnPlaylist(Session& session, SessionFront& front, SessionData& data) {
     const std::size_t songs = data.PlaylistSongCount(session);
-    if (session.PlaylistSaved == -1 || songs == 0) {
+    if (session.Playlist.PlaylistSaved || songs == 0) {
         return true;
     }
     front.SetPanelText(kPanelShuttingDown);

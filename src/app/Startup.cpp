@@ -2,7 +2,7 @@
 
 #include "app/Session.h"
 #include "app/SettingsStore.h"
-#include "app/Version.h"
+#include "playback/PlaylistTitle.h"
 #include "util/FileIo.h"
 #include "util/Text.h"
 
@@ -69,7 +69,7 @@ void ContinuePreviousRun(Session& session, SessionFront& front, SessionData& dat
     front.UpdateLastLists();
     front.CheckOnTop(settings.AlwaysOnTop == 1);
     front.SetTop();
-    if (RememberListIsOne(settings)) {
+    if (env.openLastList && RememberListIsOne(settings)) {
         front.SetStatus(kStatusLastList);
         data.OpenLastList(session);
     }
@@ -113,7 +113,7 @@ void FinishStartup(Session& session, SessionFront& front) {
 }  // namespace
 
 std::string UntitledCaption() {
-    return "Untitled - " + std::string(kProductCaption);
+    return WindowTitle("", true);
 }
 
 bool InitializeMain(Session& session, SessionFront& front, SessionData& data,
@@ -170,7 +170,7 @@ bool InitializeMain(Session& session, SessionFront& front, SessionData& data,
 
 StartupResult RunStartup(Session& session, SessionFront& front, SessionData& data,
                          const StartupEnvironment& environment) {
-    session.PlaylistSaved = -1;
+    session.Playlist.PlaylistSaved = true;
     StartupResult result;
     result.firstRun = !InitializeMain(session, front, data, environment);
     front.ShowMainIfHidden();

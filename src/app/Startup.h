@@ -27,6 +27,9 @@ struct StartupEnvironment {
     std::string firstPlayerPath;  // the first-run player; "" gives "winamp.exe"
     SamplePaths samples;
     bool startPlayer = true;  // false: never start the player (the command-line tool)
+    // false: the previous playlist is not opened (the command-line tool, whose commands name
+    // the lists they work on, and which never writes "lastlist.m3u").
+    bool openLastList = true;
     std::vector<SettingOverride> overrides;
 };
 

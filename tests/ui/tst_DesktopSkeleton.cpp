@@ -1,5 +1,6 @@
 // The desktop program's skeleton under the offscreen platform: first run, caption, splash,
-// geometry kept through the settings, and the unsaved-playlist question at closing.
+// geometry kept through the settings, the unsaved-playlist question at closing and the save
+// it leads to.
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -13,6 +14,8 @@
 #include "app/ProfileFile.h"
 #include "app/Session.h"
 #include "app/ui/DesktopProgram.h"
+#include "playback/ListWriting.h"
+#include "playback/SongRows.h"
 
 namespace {
 
@@ -52,12 +55,24 @@ private:
     QMessageBox* m_last = nullptr;
 };
 
-// Data steps with a playlist of a few songs, for the closing question.
-class PlaylistData final : public jk::SessionData {
-public:
-    std::size_t songs = 0;
-    std::size_t PlaylistSongCount(const jk::Session&) override { return songs; }
-};
+// A playlist of `count` songs that changed since it was saved.
+void GiveUnsavedRows(jk::Session& session, int count) {
+    for (int i = 0; i < count; ++i) {
+        session.Playlist.Rows.push_back(jk::GhostRow("/music/song" + std::to_string(i) + ".mp3"));
+    }
+    session.Playlist.PlaylistSaved = false;
+}
+
+QString FileText(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+void WritePreviousRun(const QTemporaryDir& dir) {
+    QFile ini(dir.filePath(QStringLiteral("jukarra2.ini")));
+    QVERIFY(ini.open(QIODevice::WriteOnly));
+    ini.write("[INIexists]\r\nCheck=1\r\n[WindowPosition]\r\nWidth=9000\r\nHeight=6000\r\n");
+}
 
 QString IniText(const QTemporaryDir& dir) {
     QFile file(dir.filePath(QStringLiteral("jukarra2.ini")));
@@ -83,6 +98,9 @@ private Q_SLOTS:
     void closingSavesTheGeometryThatTheNextRunRestores();
     void aMaximizedWindowIsRememberedWithItsNormalSize();
     void anUnsavedPlaylistIsAskedForAndCancelKeepsTheWindowOpen();
+    void yesAtClosingSavesTheListWhereItCameFrom();
+    void aSaveThatFailsAtClosingSaysUhOh();
+    void savingAnUntitledListNamesItInTheCaption();
 };
 
 void DesktopSkeleton::firstRunWelcomesAndShowsAnUntitledWindow() {
@@ -174,17 +192,13 @@ void DesktopSkeleton::aMaximizedWindowIsRememberedWithItsNormalSize() {
 
 void DesktopSkeleton::anUnsavedPlaylistIsAskedForAndCancelKeepsTheWindowOpen() {
     QTemporaryDir dir;
-    QFile ini(dir.filePath(QStringLiteral("jukarra2.ini")));
-    QVERIFY(ini.open(QIODevice::WriteOnly));
-    ini.write("[INIexists]\r\nCheck=1\r\n[WindowPosition]\r\nWidth=9000\r\nHeight=6000\r\n");
-    ini.close();
+    WritePreviousRun(dir);
     const QString before = IniText(dir);
 
-    PlaylistData data;
-    data.songs = 3;
+    jk::SessionData data;
     jk::DesktopProgram program(FolderOf(dir), data);
     program.Start();
-    program.State().PlaylistSaved = 0;
+    GiveUnsavedRows(program.State(), 3);
 
     {
         BoxAnswerer answerer({QMessageBox::Cancel});
@@ -204,9 +218,86 @@ void DesktopSkeleton::anUnsavedPlaylistIsAskedForAndCancelKeepsTheWindowOpen() {
     QVERIFY(program.MainWindow().close());
     QCOMPARE(answerer.seen.size(), 1);
     QVERIFY(program.ShutDown());
-    QCOMPARE(program.State().PlaylistSaved, 0);  // "No" drops the list unsaved
+    QVERIFY(!program.State().Playlist.PlaylistSaved);  // "No" drops the list unsaved
     QCOMPARE(IniValue(dir, "WindowPosition", "Width"), std::string("9000"));
     QVERIFY(IniText(dir) != before);
+}
+
+void DesktopSkeleton::yesAtClosingSavesTheListWhereItCameFrom() {
+    QTemporaryDir dir;
+    WritePreviousRun(dir);
+    jk::SessionData data;
+    jk::DesktopProgram program(FolderOf(dir), data);
+    program.Start();
+    jk::PlaylistState& list = program.State().Playlist;
+    GiveUnsavedRows(program.State(), 2);
+    list.CurrentList = "mine.m3u";
+    list.RecentLists[0] = dir.filePath(QStringLiteral("mine.m3u")).toStdString();
+    program.SetSavePathChooser([] {
+        QTest::qFail("a named list asked for a name", __FILE__, __LINE__);
+        return std::string();
+    });
+
+    BoxAnswerer answerer({QMessageBox::Yes});
+    QVERIFY(program.MainWindow().close());
+    QCOMPARE(answerer.seen.size(), 1);
+    QVERIFY(program.ShutDown());
+    QCOMPARE(FileText(dir.filePath(QStringLiteral("mine.m3u"))),
+             QStringLiteral("/music/song0.mp3\r\n/music/song1.mp3\r\n"));
+}
+
+void DesktopSkeleton::aSaveThatFailsAtClosingSaysUhOh() {
+    QTemporaryDir dir;
+    WritePreviousRun(dir);
+    jk::SessionData data;
+    jk::DesktopProgram program(FolderOf(dir), data);
+    program.Start();
+    GiveUnsavedRows(program.State(), 1);
+    program.State().Playlist.CurrentList = "mine.m3u";
+    // The list's folder is a file, so the list cannot be written.
+    program.State().Playlist.RecentLists[0] =
+        dir.filePath(QStringLiteral("jukarra2.ini/mine.m3u")).toStdString();
+
+    BoxAnswerer answerer({QMessageBox::Yes, QMessageBox::Ok});
+    QVERIFY(program.MainWindow().close());
+    QCOMPARE(answerer.seen.size(), 2);
+    QCOMPARE(answerer.seen[1].title, QStringLiteral("Uh-oh..."));
+    QVERIFY(answerer.seen[1].text.startsWith(QString::fromStdString(jk::SaveFailedMessage().text)));
+    QCOMPARE(answerer.seen[1].icon, QMessageBox::Information);
+    QVERIFY(program.ShutDown());
+}
+
+void DesktopSkeleton::savingAnUntitledListNamesItInTheCaption() {
+    QTemporaryDir dir;
+    WritePreviousRun(dir);
+    jk::SessionData data;
+    jk::DesktopProgram program(FolderOf(dir), data);
+    program.Start();
+    jk::Main& main = program.MainWindow();
+    QCOMPARE(main.windowTitle(), QStringLiteral("Untitled - Ostrel Jukarra 2.62"));
+
+    GiveUnsavedRows(program.State(), 1);
+    const QString path = dir.filePath(QStringLiteral("new.m3u"));
+    int asked = 0;
+    program.SetSavePathChooser([&] {
+        ++asked;
+        return asked == 1 ? std::string() : path.toStdString();
+    });
+    program.SaveListClick();  // the dialog is cancelled: nothing changes
+    QCOMPARE(main.windowTitle(), QStringLiteral("Untitled* - Ostrel Jukarra 2.62"));
+    QVERIFY(!QFile::exists(path));
+
+    program.SaveListClick();
+    QCOMPARE(asked, 2);
+    QCOMPARE(main.windowTitle(), QStringLiteral("new.m3u - Ostrel Jukarra 2.62"));
+    QCOMPARE(FileText(path), QStringLiteral("/music/song0.mp3\r\n"));
+
+    program.State().Playlist.PlaylistSaved = false;
+    program.Front().ShowPlaylistCaption();
+    QCOMPARE(main.windowTitle(), QStringLiteral("new.m3u* - Ostrel Jukarra 2.62"));
+
+    BoxAnswerer answerer({QMessageBox::No});
+    QVERIFY(main.close());
 }
 
 QTEST_MAIN(DesktopSkeleton)

@@ -22,6 +22,8 @@ Session& CliContext::StartedSession() {
         environment.firstPlayerPath = FindDefaultPlayer();
         environment.samples = {MusicFolder(), DownloadFolder()};
         environment.startPlayer = false;
+        // The tool works on the lists it is given; the last run's playlist is the desktop's.
+        environment.openLastList = false;
         environment.overrides = m_overrides;
         RunStartup(*m_session, m_front, m_data, environment);
     }

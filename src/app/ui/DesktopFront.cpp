@@ -160,6 +160,10 @@ void DesktopFront::StoreWindowLayout(jk::Settings& settings) {
     SaveWindowSize(settings, size.width(), size.height(), maximized);
 }
 
+void DesktopFront::ShowPlaylistCaption() {
+    m_main.setWindowTitle(QString::fromStdString(PlaylistCaption(m_session)));
+}
+
 void DesktopFront::ShowMessage(const UserMessage& message) {
     QMessageBox box(IconOf(message.icon), QString::fromStdString(message.title),
                     QString::fromStdString(message.text), QMessageBox::Ok, MessageParent());

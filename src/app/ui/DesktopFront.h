@@ -43,6 +43,9 @@ public:
     void StoreWindowLayout(jk::Settings& settings) override;
     void ShowMessage(const UserMessage& message) override;
 
+    // The main window's caption for the open playlist: its name, "*" when unsaved.
+    void ShowPlaylistCaption();
+
 private:
     QWidget* MessageParent() const;
     void ShowAsSaved();

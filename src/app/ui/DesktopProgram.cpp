@@ -3,6 +3,8 @@
 #include <cstdio>
 
 #include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QMessageBox>
 
 #include "app/Shutdown.h"
@@ -11,6 +13,8 @@
 #include "platform/ExecutableSearch.h"
 #include "platform/InstanceLock.h"
 #include "platform/UserFolders.h"
+#include "playback/ListWriting.h"
+#include "playback/PlaylistCommands.h"
 
 namespace jk {
 
@@ -26,6 +30,7 @@ constexpr int kLockWaitMs = 3000;
 DesktopProgram::DesktopProgram(std::string dataFolder, SessionData& data)
     : m_dataFolder(std::move(dataFolder)), m_data(data), m_front(m_session, m_splash, m_main) {
     m_main.SetCloseHandler([this] { return CloseRequested(); });
+    m_front.saveList = [this] { SaveListClick(); };
 }
 
 StartupResult DesktopProgram::Start() {
@@ -36,7 +41,40 @@ StartupResult DesktopProgram::Start() {
     environment.firstPlayerPath = FindDefaultPlayer();
     environment.samples = {MusicFolder(), DownloadFolder()};
     m_session.VolumeLabelLookup = MakeVolumeLabelLookup();
-    return RunStartup(m_session, m_front, m_data, environment);
+    m_session.DriveLister = [] { return ListDrives(); };
+    const StartupResult result = RunStartup(m_session, m_front, m_data, environment);
+    m_front.ShowPlaylistCaption();
+    return result;
+}
+
+void DesktopProgram::SaveListClick() {
+    const SaveResult saved = SaveList(m_session.Playlist, ListSettingsOf(m_session.Settings),
+                                      [this] { return ChooseSavePath(); });
+    if (saved.outcome == SaveOutcome::Failed) {
+        UserMessage message = SaveFailedMessage();
+        if (!saved.reason.empty()) {
+            message.text += "\n\n" + saved.reason;
+        }
+        m_front.ShowMessage(message);
+    }
+    m_front.ShowPlaylistCaption();
+}
+
+std::string DesktopProgram::ChooseSavePath() {
+    if (m_chooseSavePath) {
+        return m_chooseSavePath();
+    }
+    const std::string& recent = m_session.Playlist.RecentLists[0];
+    const QString folder =
+        recent.empty() ? QString() : QFileInfo(QString::fromStdString(recent)).path();
+    QFileDialog dialog(&m_main, QStringLiteral("Save"), folder,
+                       QStringLiteral("Playlist (*.m3u);;All files (*)"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(QStringLiteral("m3u"));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+        return {};
+    }
+    return dialog.selectedFiles().constFirst().toStdString();
 }
 
 void DesktopProgram::RaiseFromOtherStart() {

@@ -3,6 +3,7 @@
 // The desktop program: the session, the splash, the main window and their front end, started by
 // the shared start-up sequence and closed by the shutdown sequence.
 
+#include <functional>
 #include <string>
 
 #include "app/Session.h"
@@ -27,6 +28,14 @@ public:
     StartupResult Start();
     // Brings the program to the front for a second start.
     void RaiseFromOtherStart();
+    // The File menu's save command: an unsaved list goes to the file it was opened from or
+    // last saved as; an untitled one is saved under a name the user chooses. A save that
+    // fails tells the user, and the list stays unsaved.
+    void SaveListClick();
+    // Replaces the save dialog (tests): gives the chosen path, "" for a cancelled dialog.
+    void SetSavePathChooser(std::function<std::string()> choose) {
+        m_chooseSavePath = std::move(choose);
+    }
 
     Session& State() { return m_session; }
     Main& MainWindow() { return m_main; }
@@ -37,6 +46,7 @@ public:
 
 private:
     bool CloseRequested();
+    std::string ChooseSavePath();
 
     std::string m_dataFolder;
     SessionData& m_data;
@@ -44,6 +54,7 @@ private:
     Splash m_splash;
     Main m_main;
     DesktopFront m_front;
+    std::function<std::string()> m_chooseSavePath;
     bool m_shutDown = false;
 };
 

@@ -66,8 +66,8 @@ TEST(Shutdown, CancelAtTheSaveQuestionLeavesEveryFileUntouched) {
 
     Session session;
     Prepare(session, folder);
-    session.PlaylistSaved = 0;
-    session.CurrentList = "/music/mine.m3u";
+    session.Playlist.PlaylistSaved = false;
+    session.Playlist.CurrentList = "mine.m3u";
     session.VirtualDirty = 1;
     session.Settings.RememberList = "1";
     test::Recorder recorder;
@@ -86,8 +86,8 @@ TEST(Shutdown, CancelAtTheSaveQuestionLeavesEveryFileUntouched) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()),
                             std::filesystem::directory_iterator()),
               1);
-    EXPECT_EQ(session.PlaylistSaved, 0);
-    EXPECT_EQ(session.CurrentList, "/music/mine.m3u");
+    EXPECT_FALSE(session.Playlist.PlaylistSaved);
+    EXPECT_EQ(session.Playlist.CurrentList, "mine.m3u");
 }
 
 TEST(Shutdown, AnUnsavedPlaylistIsSavedOrDroppedAsTheUserSays) {
@@ -107,8 +107,8 @@ TEST(Shutdown, AnUnsavedPlaylistIsSavedOrDroppedAsTheUserSays) {
         const test::TempFolder folder;
         Session session;
         Prepare(session, folder);
-        session.PlaylistSaved = 0;
-        session.CurrentList = "/music/mine.m3u";
+        session.Playlist.PlaylistSaved = false;
+        session.Playlist.CurrentList = "mine.m3u";
         session.Settings.NeverAsk = c.neverAsk;
         session.Settings.NeverAskSave = c.neverAskSave;
         test::Recorder recorder;
@@ -119,20 +119,20 @@ TEST(Shutdown, AnUnsavedPlaylistIsSavedOrDroppedAsTheUserSays) {
         EXPECT_FALSE(result.cancelled) << label;
         EXPECT_EQ(recorder.Ran("front:AskSaveList"), c.asked) << label;
         EXPECT_EQ(recorder.Ran("front:SaveListClick"), c.saved) << label;
-        EXPECT_EQ(session.PlaylistSaved, c.saved ? -1 : 0) << label;
-        EXPECT_EQ(session.CurrentList, c.saved ? "" : "/music/mine.m3u") << label;
+        EXPECT_EQ(session.Playlist.PlaylistSaved, c.saved) << label;
+        EXPECT_EQ(session.Playlist.CurrentList, c.saved ? "" : "mine.m3u") << label;
         EXPECT_TRUE(recorder.Ran("front:StoreWindowLayout")) << label;
     }
 }
 
 TEST(Shutdown, AsksNothingForASavedOrEmptyPlaylist) {
     for (const auto& [saved, songs] :
-         std::vector<std::pair<std::int16_t, std::size_t>>{{-1, 5}, {0, 0}}) {
+         std::vector<std::pair<bool, std::size_t>>{{true, 5}, {false, 0}}) {
         const test::TempFolder folder;
         Session session;
         Prepare(session, folder);
-        session.PlaylistSaved = saved;
-        session.CurrentList = "/music/named.m3u";
+        session.Playlist.PlaylistSaved = saved;
+        session.Playlist.CurrentList = "named.m3u";
         test::Recorder recorder;
         recorder.playlistSongs = songs;
         FormUnload(session, recorder, recorder);

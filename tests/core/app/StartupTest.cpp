@@ -106,7 +106,7 @@ TEST(Startup, APreviousRunTakesEveryStepInItsOrder) {
     EXPECT_FALSE(result.firstRun);
     EXPECT_EQ(recorder.startedPlayer, folder.File("player"));
     EXPECT_EQ(session.Starting, 0);
-    EXPECT_EQ(session.PlaylistSaved, -1);
+    EXPECT_TRUE(session.Playlist.PlaylistSaved);
     EXPECT_EQ(session.FileFilter, "*.mp*");
     EXPECT_EQ(session.RemoteSentinel, 2147483647);
 }
@@ -204,13 +204,18 @@ TEST(Startup, StartsThePlayerOnlyWhenWantedAbsentAndPresentOnDisk) {
 TEST(Startup, OpensTheLastListOnlyWhenRememberListIsOne) {
     for (const auto& [value, opened] : std::vector<std::pair<std::string, bool>>{
              {"1", true}, {"1.0", true}, {"2", false}, {"0", false}, {"", false}}) {
-        const test::TempFolder folder;
-        folder.Write("jukarra2.ini",
-                     "[INIexists]\r\nCheck=1\r\n[Options]\r\nRememberList=" + value + "\r\n");
-        test::Recorder recorder;
-        Session session;
-        RunStartup(session, recorder, recorder, EnvironmentFor(folder));
-        EXPECT_EQ(recorder.Ran("data:OpenLastList"), opened) << value;
+        for (const bool frontWantsIt : {true, false}) {
+            const test::TempFolder folder;
+            folder.Write("jukarra2.ini",
+                         "[INIexists]\r\nCheck=1\r\n[Options]\r\nRememberList=" + value + "\r\n");
+            test::Recorder recorder;
+            Session session;
+            StartupEnvironment environment = EnvironmentFor(folder);
+            environment.openLastList = frontWantsIt;
+            RunStartup(session, recorder, recorder, environment);
+            EXPECT_EQ(recorder.Ran("data:OpenLastList"), opened && frontWantsIt)
+                << value << " " << frontWantsIt;
+        }
     }
 }
 

@@ -1,0 +1,182 @@
+#include "app/cli/ListCommandSupport.h"
+
+#include <csignal>
+#include <cstdio>
+
+#include "app/CacheSaving.h"
+#include "app/JsonLine.h"
+#include "app/Session.h"
+#include "app/cli/CliContext.h"
+#include "app/cli/CliRegistry.h"
+#include "app/cli/SongCommandSupport.h"
+#include "platform/InstanceLock.h"
+#include "platform/Terminal.h"
+#include "playback/ListWriting.h"
+#include "util/Text.h"
+#include "util/Utf8.h"
+
+namespace jk {
+
+namespace {
+
+constexpr auto kRedrawInterval = std::chrono::milliseconds(100);
+// Longer texts would wrap on a narrow terminal, and "\r" would then clear only the last part.
+constexpr std::size_t kStatusWidth = 79;
+
+volatile std::sig_atomic_t g_interruptRequested = 0;
+
+extern "C" void OnInterrupt(int /*signal*/) {
+    g_interruptRequested = 1;
+    std::signal(SIGINT, SIG_DFL);
+}
+
+// Tabs and line ends inside a text would break the columns.
+void AppendCell(std::string& line, std::string_view text) {
+    for (const char c : text) {
+        line.push_back(c == '\t' || c == '\n' || c == '\r' ? ' ' : c);
+    }
+}
+
+}  // namespace
+
+void PrintRowHeader(bool json) {
+    if (json) {
+        return;
+    }
+    std::string line;
+    for (const std::string_view caption : ColumnCaptions()) {
+        if (!line.empty()) {
+            line.push_back('\t');
+        }
+        line.append(caption);
+    }
+    PrintOut(line);
+}
+
+void PrintRow(const ListRow& row, bool json) {
+    const auto& captions = ColumnCaptions();
+    if (json) {
+        JsonLine line;
+        for (std::size_t column = 0; column < kColumnCount; ++column) {
+            line.AddText(captions[column], row.Get(column));
+        }
+        PrintOut(line.Text());
+        return;
+    }
+    std::string line;
+    for (std::size_t column = 0; column < kColumnCount; ++column) {
+        if (column > 0) {
+            line.push_back('\t');
+        }
+        AppendCell(line, row.Get(column));
+    }
+    PrintOut(line);
+}
+
+StatusLine::StatusLine() : m_enabled(StderrIsTerminal()) {}
+
+StatusLine::~StatusLine() {
+    Clear();
+}
+
+void StatusLine::Show(std::string_view text) {
+    if (!m_enabled) {
+        return;
+    }
+    const auto now = std::chrono::steady_clock::now();
+    if (m_drawn && now - m_lastDraw < kRedrawInterval) {
+        return;
+    }
+    m_lastDraw = now;
+    m_drawn = true;
+    const std::string_view shown = CharLeft(text, kStatusWidth);
+    std::fprintf(stderr, "\r\x1b[K%.*s", static_cast<int>(shown.size()), shown.data());
+    std::fflush(stderr);
+}
+
+void StatusLine::Clear() {
+    if (m_drawn) {
+        std::fputs("\r\x1b[K", stderr);
+        std::fflush(stderr);
+        m_drawn = false;
+    }
+}
+
+InterruptStop::InterruptStop() {
+    g_interruptRequested = 0;
+    if (std::signal(SIGINT, OnInterrupt) == SIG_IGN) {
+        std::signal(SIGINT, SIG_IGN);
+    }
+}
+
+InterruptStop::~InterruptStop() {
+    if (std::signal(SIGINT, SIG_DFL) == SIG_IGN) {
+        std::signal(SIGINT, SIG_IGN);
+    }
+}
+
+bool InterruptStop::Requested() const {
+    return g_interruptRequested != 0;
+}
+
+LookupSaving::LookupSaving(CliContext& context, bool writeAccess) : m_context(context) {
+    if (writeAccess) {
+        return;
+    }
+    m_lock = std::make_unique<InstanceLock>(context.DataFolder());
+    switch (m_lock->TryAcquire()) {
+        case InstanceLock::Result::Acquired:
+            break;
+        case InstanceLock::Result::HeldElsewhere:
+            m_whyNot = "Jukarra is running on " + context.DataFolder();
+            break;
+        case InstanceLock::Result::Failed:
+            m_whyNot = m_lock->Error();
+            break;
+    }
+}
+
+LookupSaving::~LookupSaving() = default;
+
+void LookupSaving::Begin(const Session& session) {
+    m_attemptsBefore = session.Settings.TotalCacheHits;
+}
+
+int LookupSaving::Finish(Session& session) {
+    if (session.Settings.TotalCacheHits == m_attemptsBefore) {
+        return kExitOk;
+    }
+    if (!m_whyNot.empty()) {
+        CliContext::Error(m_whyNot + "; the song cache and its counters were not saved");
+        return kExitOk;
+    }
+    const IoResult saved = SaveLookupResults(session);
+    if (!saved.ok) {
+        CliContext::Error("cannot save the song cache: " + saved.error);
+        return kExitFailed;
+    }
+    return kExitOk;
+}
+
+std::string SaveFailedLine(std::string_view reason) {
+    const UserMessage message = SaveFailedMessage();
+    std::string line = message.title + " " + message.text;
+    if (!reason.empty()) {
+        line += " (" + std::string(reason) + ")";
+    }
+    return line;
+}
+
+std::string ListErrorLine(std::string_view path, std::string_view error) {
+    if (error.find(path) != std::string_view::npos) {
+        return std::string(error);
+    }
+    return std::string(path) + ": " + std::string(error);
+}
+
+bool IsListFileName(std::string_view path) {
+    const std::string lower = AsciiLower(path);
+    return EndsWith(lower, ".m3u") || EndsWith(lower, ".m3u8");
+}
+
+}  // namespace jk
