@@ -60,15 +60,6 @@ PackedSong::PackedSong(const SongInfo& song) {
 PackedSong::PackedSong(const SongFieldViews& fields, std::int16_t track, std::int16_t reserved)
     : m_block(Build(fields, track, reserved)) {}
 
-PackedSong& PackedSong::operator=(PackedSong&& other) noexcept {
-    if (this != &other) {
-        Free(m_block);
-        m_block = other.m_block;
-        other.m_block = nullptr;
-    }
-    return *this;
-}
-
 PackedSong::~PackedSong() {
     Free(m_block);
 }

@@ -22,7 +22,17 @@ public:
     explicit PackedSong(const SongInfo& song);
     PackedSong(const SongFieldViews& fields, std::int16_t track, std::int16_t reserved);
     PackedSong(PackedSong&& other) noexcept : m_block(other.m_block) { other.m_block = nullptr; }
-    PackedSong& operator=(PackedSong&& other) noexcept;
+    // Inline: an insert into the cache moves dozens of records.
+    PackedSong& operator=(PackedSong&& other) noexcept {
+        if (this != &other) {
+            if (m_block != nullptr) {
+                Free(m_block);
+            }
+            m_block = other.m_block;
+            other.m_block = nullptr;
+        }
+        return *this;
+    }
     PackedSong(const PackedSong&) = delete;
     PackedSong& operator=(const PackedSong&) = delete;
     ~PackedSong();

@@ -1,6 +1,8 @@
 #include "catalogue/SongCache.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 #include <iterator>
 #include <utility>
 
@@ -10,8 +12,34 @@
 namespace jk {
 namespace {
 
+// What DecodeUtf8At gives for a byte that begins no character.
+constexpr char32_t kReplacementChar = 0xFFFD;
+
+// CharCount, CharLeft and CharRight of one text, by bytes when it is ASCII (times always are).
+class Chars {
+public:
+    explicit Chars(std::string_view text)
+        : m_text(text), m_ascii(std::all_of(text.begin(), text.end(), [](char c) {
+              return static_cast<unsigned char>(c) < 0x80;
+          })) {}
+    std::size_t Count() const { return m_ascii ? m_text.size() : CharCount(m_text); }
+    std::string_view Left(std::size_t chars) const {
+        return m_ascii ? m_text.substr(0, chars) : CharLeft(m_text, chars);
+    }
+    std::string_view Right(std::size_t chars) const {
+        if (!m_ascii) {
+            return CharRight(m_text, chars);
+        }
+        return chars >= m_text.size() ? m_text : m_text.substr(m_text.size() - chars);
+    }
+
+private:
+    std::string_view m_text;
+    bool m_ascii;
+};
+
 // Chunks are cut in two above this size; loads build them at half of it.
-constexpr std::size_t kMaxChunk = 256;
+constexpr std::size_t kMaxChunk = 128;
 constexpr std::size_t kLoadChunk = kMaxChunk / 2;
 
 const PackedSong& BlankRecord() {
@@ -20,18 +48,20 @@ const PackedSong& BlankRecord() {
 }
 
 // (low + high) / 2 rounded to the nearest integer, a half going to the even neighbour, as the
-// language's integer conversion rounds. Both bounds are 0 or more wherever it is used.
+// language's integer conversion rounds; for bounds of 0 or more, in unsigned steps.
 std::int64_t RoundedMid(std::int64_t low, std::int64_t high) {
-    const std::int64_t sum = low + high;
-    std::int64_t mid = sum / 2;
-    if (sum % 2 != 0 && mid % 2 != 0) {
-        ++mid;
-    }
-    return mid;
+    const auto sum = static_cast<std::uint64_t>(low + high);
+    const std::uint64_t mid = (sum >> 1) + (sum & (sum >> 1) & 1);
+    return static_cast<std::int64_t>(mid);
 }
 
 // Bytes [from, from + 8) of a key as a big-endian number, those beyond its end as 0.
 std::uint64_t PrefixWord(std::string_view key, std::size_t from) {
+    if (from + 8 <= key.size()) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, key.data() + from, 8);
+        return std::endian::native == std::endian::little ? __builtin_bswap64(word) : word;
+    }
     std::uint64_t word = 0;
     for (std::size_t i = 0; i < 8; ++i) {
         const std::size_t at = from + i;
@@ -40,15 +70,20 @@ std::uint64_t PrefixWord(std::string_view key, std::size_t from) {
     return word;
 }
 
+KeyPrefix PrefixOf(std::string_view key) {
+    KeyPrefix prefix;
+    for (std::size_t i = 0; i < kKeyPrefixWords; ++i) {
+        prefix[i] = PrefixWord(key, 8 * i);
+    }
+    return prefix;
+}
+
 }  // namespace
 
-CacheKey::CacheKey(std::string_view key)
-    : m_text(key), m_high(PrefixWord(key, 0)), m_low(PrefixWord(key, 8)) {}
+CacheKey::CacheKey(std::string_view key) : m_text(key), m_prefix(PrefixOf(key)) {}
 
 void SongCache::Entry::SetPrefix() {
-    const std::string_view key = record.Field(kKeyPath);
-    high = PrefixWord(key, 0);
-    low = PrefixWord(key, 8);
+    prefix = PrefixOf(record.Field(kKeyPath));
 }
 
 SongCache::Place SongCache::Locate(std::int64_t position) const {
@@ -74,21 +109,104 @@ const PackedSong& SongCache::Slot(std::int64_t index) const {
     return entry != nullptr ? entry->record : BlankRecord();
 }
 
-int SongCache::CompareKeyAt(std::int64_t index, const CacheKey& key) const {
-    const Entry* entry = Find(index);
-    const std::uint64_t high = entry != nullptr ? entry->high : 0;
-    const std::uint64_t low = entry != nullptr ? entry->low : 0;
-    // Unequal prefixes decide the order (a key shorter than 16 bytes is padded with 0, which
+int SongCache::Compare(const Entry* entry, const CacheKey& key) {
+    // Unequal prefixes decide the order (a key shorter than the prefix is padded with 0, which
     // sorts below any byte); equal ones leave it to the whole texts.
-    if (key.m_high != high) {
-        return key.m_high < high ? -1 : 1;
-    }
-    if (key.m_low != low) {
-        return key.m_low < low ? -1 : 1;
+    static const KeyPrefix kBlank{};
+    const KeyPrefix& prefix = entry != nullptr ? entry->prefix : kBlank;
+    for (std::size_t i = 0; i < kKeyPrefixWords; ++i) {
+        if (key.m_prefix[i] != prefix[i]) {
+            return key.m_prefix[i] < prefix[i] ? -1 : 1;
+        }
     }
     const int order =
         key.Text().compare(entry != nullptr ? entry->record.Field(kKeyPath) : std::string_view());
     return order < 0 ? -1 : (order > 0 ? 1 : 0);
+}
+
+int SongCache::CompareKeyAt(std::int64_t index, const CacheKey& key) const {
+    return Compare(Find(index), key);
+}
+
+std::int64_t SongCache::Search(const CacheKey& key, std::int64_t low, std::int64_t high,
+                               bool lastProbed) const {
+    const Probed probed = SearchEntries(key, low, high);
+    if (lastProbed) {
+        return probed.index;
+    }
+    return probed.any && probed.order == 0 ? probed.index : -1;
+}
+
+std::int64_t SongCache::FindForUpdate(std::string_view key, PackedSong*& record) {
+    const Probed probed = SearchEntries(CacheKey(key), 0, m_count);
+    const bool found = probed.any && probed.order == 0;
+    record = found && probed.entry != nullptr ? &const_cast<Entry*>(probed.entry)->record : nullptr;
+    return found ? probed.index : -1;
+}
+
+std::int64_t SongCache::InsertIndex(std::string_view key) const {
+    const CacheKey probe(key);
+    const Probed probed = SearchEntries(probe, 0, m_count - 1);
+    const int order = probed.any ? probed.order : Compare(Find(probed.index), probe);
+    return order >= 0 ? probed.index + 1 : probed.index;
+}
+
+SongCache::Probed SongCache::SearchEntries(const CacheKey& key, std::int64_t low,
+                                           std::int64_t high) const {
+    // The chunk of a probe is sought only among the chunks the remaining range can reach (they
+    // narrow with the range), and not at all while the probes stay in the last one found.
+    std::size_t firstChunk = 0;
+    std::size_t lastChunk = m_chunks.empty() ? 0 : m_chunks.size() - 1;
+    std::size_t chunk = 0;
+    std::int64_t chunkStart = 0;
+    std::int64_t chunkEnd = 0;
+    Probed probed;
+    while (low <= high) {
+        const std::int64_t mid = RoundedMid(low, high);
+        probed.index = mid;
+        probed.any = true;
+        probed.entry = nullptr;
+        bool located = false;
+        if (mid >= 1 && mid <= m_count) {
+            const std::int64_t position = mid - 1;
+            if (position < chunkStart || position >= chunkEnd) {
+                const auto begin = m_starts.begin() + static_cast<std::ptrdiff_t>(firstChunk);
+                const auto end = m_starts.begin() + static_cast<std::ptrdiff_t>(lastChunk) + 1;
+                chunk = static_cast<std::size_t>(std::upper_bound(begin, end, position) -
+                                                 m_starts.begin()) -
+                        1;
+                chunkStart = m_starts[chunk];
+                chunkEnd = chunkStart + static_cast<std::int64_t>(m_chunks[chunk].size());
+            }
+            located = true;
+            const std::vector<Entry>& entries = m_chunks[chunk];
+            probed.entry = &entries[static_cast<std::size_t>(position - chunkStart)];
+            // Whichever way this probe goes, the next one is one of two records: ask the
+            // memory for both while this one is compared (a listing's searches wait on it).
+            // A range that closes (mid - 1 below low) gives an index outside the chunk.
+            for (const std::int64_t next :
+                 {RoundedMid(low, mid - 1) - 1, RoundedMid(mid + 1, high) - 1}) {
+                if (next >= chunkStart && next < chunkEnd) {
+                    __builtin_prefetch(&entries[static_cast<std::size_t>(next - chunkStart)]);
+                }
+            }
+        }
+        probed.order = Compare(probed.entry, key);
+        if (probed.order < 0) {
+            high = mid - 1;
+            if (located) {
+                lastChunk = chunk;
+            }
+        } else if (probed.order > 0) {
+            low = mid + 1;
+            if (located) {
+                firstChunk = chunk;
+            }
+        } else {
+            break;
+        }
+    }
+    return probed;
 }
 
 SongInfo SongCache::Record(std::int64_t index) const {
@@ -137,7 +255,7 @@ void SongCache::Insert(std::int64_t index, PackedSong record) {
     }
     const Place place = Locate(index - 1);
     std::vector<Entry>& chunk = m_chunks[place.chunk];
-    Entry entry{0, 0, std::move(record)};
+    Entry entry{{}, std::move(record)};
     entry.SetPrefix();
     chunk.insert(chunk.begin() + static_cast<std::ptrdiff_t>(place.offset), std::move(entry));
     for (std::size_t c = place.chunk + 1; c < m_starts.size(); ++c) {
@@ -181,7 +299,7 @@ void SongCache::Assign(std::vector<PackedSong> records) {
         std::vector<Entry> chunk;
         chunk.reserve(end - begin);
         for (std::size_t i = begin; i < end; ++i) {
-            Entry& entry = chunk.emplace_back(Entry{0, 0, std::move(records[i])});
+            Entry& entry = chunk.emplace_back(Entry{{}, std::move(records[i])});
             entry.SetPrefix();
         }
         m_starts.push_back(static_cast<std::int64_t>(begin));
@@ -191,73 +309,75 @@ void SongCache::Assign(std::vector<PackedSong> records) {
 }
 
 std::int64_t CacheFind(const SongCache& cache, std::string_view key) {
-    const CacheKey probe(key);
-    std::int64_t low = 0;
-    std::int64_t high = cache.UpperBound();
-    while (low <= high) {
-        const std::int64_t mid = RoundedMid(low, high);
-        const int order = cache.CompareKeyAt(mid, probe);
-        if (order < 0) {
-            high = mid - 1;
-        } else if (order > 0) {
-            low = mid + 1;
-        } else {
-            return mid;
-        }
-    }
-    return -1;
+    return cache.Search(CacheKey(key), 0, cache.UpperBound(), false);
 }
 
 std::int64_t CacheInsertPoint(const SongCache& cache, std::string_view key) {
-    const CacheKey probe(key);
-    std::int64_t low = 0;
-    std::int64_t high = cache.UpperBound() - 1;
-    std::int64_t probed = 0;
-    while (low <= high) {
-        const std::int64_t mid = RoundedMid(low, high);
-        probed = mid;
-        const int order = cache.CompareKeyAt(mid, probe);
-        if (order < 0) {
-            high = mid - 1;
-        } else if (order > 0) {
-            low = mid + 1;
-        } else {
-            break;
-        }
-    }
-    return probed;
+    return cache.Search(CacheKey(key), 0, cache.UpperBound() - 1, true);
 }
 
 std::string CacheKeyOf(std::string_view path) {
-    return ToLower(BareName(path));
+    std::string key;
+    CacheKeyInto(path, key);
+    return key;
+}
+
+void CacheKeyInto(std::string_view path, std::string& key) {
+    // ToLower's mapping, character by character, written into memory the key keeps between
+    // files: ASCII needs no case table, other characters take Unicode's simple lower case and
+    // bytes that are not UTF-8 stay as they are.
+    const std::string_view name = BareName(path);
+    // A lower-case character is at most one byte longer than its capital (two bytes become
+    // three), and a capital of two bytes is the shortest that grows.
+    key.resize(name.size() + name.size() / 2);
+    char* out = key.data();
+    std::size_t pos = 0;
+    while (pos < name.size()) {
+        const auto b = static_cast<unsigned char>(name[pos]);
+        if (b < 0x80) {
+            *out++ = static_cast<char>(b >= 'A' && b <= 'Z' ? b + ('a' - 'A') : b);
+            ++pos;
+            continue;
+        }
+        const std::size_t before = pos;
+        const char32_t cp = DecodeUtf8At(name, pos);
+        if (pos == before + 1 && cp == kReplacementChar) {
+            *out++ = static_cast<char>(b);
+        } else {
+            out = WriteUtf8(out, LowerChar(cp));
+        }
+    }
+    key.resize(static_cast<std::size_t>(out - key.data()));
 }
 
 std::string StoredTime(std::string_view shown, bool exactTimes) {
-    const std::size_t count = CharCount(shown);
+    const Chars text(shown);
+    const std::size_t count = text.Count();
     if (exactTimes && count > 5) {
-        std::string_view minutes = CharLeft(shown, count - 2);
+        std::string_view minutes = text.Left(count - 2);
         if (minutes.back() == ':') {
             minutes.remove_suffix(1);
         }
-        return std::string(minutes).append(CharRight(shown, 2));
+        return std::string(minutes).append(text.Right(2));
     }
-    return std::string(CharLeft(shown, 2)).append(CharRight(shown, 2));
+    return std::string(text.Left(2)).append(text.Right(2));
 }
 
 std::string ShownTime(std::string_view stored, bool exactTimes) {
-    const std::size_t count = CharCount(stored);
-    const std::string_view minutes =
-        exactTimes && count > 4 ? CharLeft(stored, count - 2) : CharLeft(stored, 2);
-    return std::string(minutes).append(":").append(CharRight(stored, 2));
+    const Chars text(stored);
+    const std::size_t count = text.Count();
+    const std::string_view minutes = exactTimes && count > 4 ? text.Left(count - 2) : text.Left(2);
+    return std::string(minutes).append(":").append(text.Right(2));
 }
 
 void CacheAdd(SongCache& cache, const SongInfo& song, std::string_view fileStamp,
               std::string_view now, bool exactTimes) {
-    const std::string key = CacheKeyOf(song.Path);
-    std::int64_t index = CacheInsertPoint(cache, key);
-    if (cache.CompareKeyAt(index, CacheKey(key)) >= 0) {
-        ++index;
-    }
+    CacheAddUnderKey(cache, song, CacheKeyOf(song.Path), fileStamp, now, exactTimes);
+}
+
+void CacheAddUnderKey(SongCache& cache, const SongInfo& song, std::string_view key,
+                      std::string_view fileStamp, std::string_view now, bool exactTimes) {
+    const std::int64_t index = cache.InsertIndex(key);
     SongFieldViews fields;
     for (int k = 1; k <= kSongFieldCount; ++k) {
         fields[static_cast<std::size_t>(k - 1)] = SongField(song, k);

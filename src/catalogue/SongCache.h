@@ -11,6 +11,8 @@
 // name (the key), Date the file's "yyyymmddhhnnss" stamp, Time "MMSS" without the colon, and
 // LastUsed the stamp of the last add or hit.
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -24,8 +26,13 @@ namespace jk {
 // LastUsed of a record condemned by OptimizeCache.
 inline constexpr std::string_view kCondemnedStamp = "99999999999999";
 
-// A key made ready for many comparisons: its first 16 bytes as two big-endian numbers, so that
-// most comparisons need not reach the record's own block.
+// The first bytes of a key as big-endian numbers, held beside each record so that most
+// comparisons need not reach the record's own block. File names often share their first 16
+// bytes ("01 - The ..."), so 24 are held.
+inline constexpr std::size_t kKeyPrefixWords = 3;
+using KeyPrefix = std::array<std::uint64_t, kKeyPrefixWords>;
+
+// A key made ready for many comparisons: its prefix worked out once.
 class CacheKey {
 public:
     explicit CacheKey(std::string_view key);
@@ -34,8 +41,7 @@ public:
 private:
     friend class SongCache;
     std::string_view m_text;
-    std::uint64_t m_high = 0;
-    std::uint64_t m_low = 0;
+    KeyPrefix m_prefix{};
 };
 
 class SongCache {
@@ -59,6 +65,17 @@ public:
     // Compares `key` with the key of record `index` byte by byte: below 0 when `key` sorts
     // first, 0 when equal, above 0 when it sorts after.
     int CompareKeyAt(std::int64_t index, const CacheKey& key) const;
+    // The binary search of CacheFind and CacheInsertPoint between `low` and `high`: the index
+    // found (-1 when none) or, with `lastProbed`, the last index probed (0 when none).
+    std::int64_t Search(const CacheKey& key, std::int64_t low, std::int64_t high,
+                        bool lastProbed) const;
+    // CacheFind that also hands out the record found (null when none), so that a hit reads its
+    // slot and stamps its LastUsed without seeking it again. The pointer is good until the
+    // cache next changes; the record's key must not be changed through it.
+    std::int64_t FindForUpdate(std::string_view key, PackedSong*& record);
+    // Where CacheAdd puts a record of `key`: CacheInsertPoint, one further when the key sorts
+    // at or after the record there.
+    std::int64_t InsertIndex(std::string_view key) const;
 
     void SetLastUsed(std::int64_t index, std::string_view stamp);
     void SetField(std::int64_t index, int key, std::string_view text);
@@ -96,8 +113,7 @@ public:
 
 private:
     struct Entry {
-        std::uint64_t high = 0;  // the prefix of the record's key, as in CacheKey
-        std::uint64_t low = 0;
+        KeyPrefix prefix{};  // of the record's key, as in CacheKey
         PackedSong record;
         void SetPrefix();
     };
@@ -108,6 +124,16 @@ private:
         std::size_t offset;
     };
     Place Locate(std::int64_t position) const;
+    // The binary search between `low` and `high`: the last index probed (0 when none), its
+    // comparison with the key and its entry (null for index 0).
+    struct Probed {
+        std::int64_t index = 0;
+        int order = 0;
+        const Entry* entry = nullptr;
+        bool any = false;  // false when the range was empty
+    };
+    Probed SearchEntries(const CacheKey& key, std::int64_t low, std::int64_t high) const;
+    static int Compare(const Entry* entry, const CacheKey& key);
     const Entry* Find(std::int64_t index) const;
     Entry* Find(std::int64_t index);
 
@@ -129,9 +155,14 @@ std::int64_t CacheInsertPoint(const SongCache& cache, std::string_view key);
 // full path. With `exactTimes` (the ExactTimes extension) every minute digit is kept in Time.
 void CacheAdd(SongCache& cache, const SongInfo& song, std::string_view fileStamp,
               std::string_view now, bool exactTimes = true);
+// The same for a caller that has the key at hand: `key` must be CacheKeyOf(song.Path).
+void CacheAddUnderKey(SongCache& cache, const SongInfo& song, std::string_view key,
+                      std::string_view fileStamp, std::string_view now, bool exactTimes = true);
 
 // The cache key of a path: its bare name in lower case.
 std::string CacheKeyOf(std::string_view path);
+// The same into `key`, whose memory is reused (a listing makes one key per file).
+void CacheKeyInto(std::string_view path, std::string& key);
 
 // "MM:SS" to the stored "MMSS" (its first and last two characters; with `exactTimes` all the
 // minute digits of a longer text), and back ("MM" ":" "SS"; with `exactTimes` every digit before

@@ -1,6 +1,7 @@
 #include "metadata/ByteSource.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace jk {
 namespace {
@@ -100,6 +101,29 @@ const std::uint8_t* MemoryByteSource::Fetch(std::int64_t offset, std::int64_t /*
     return m_data + offset;
 }
 
+void ByteBlock::Resize(std::size_t size) {
+    if (size > m_capacity) {
+        // Doubling keeps a head that grows block by block from copying itself each time.
+        const std::size_t capacity = std::max(size, 2 * m_capacity);
+        std::unique_ptr<std::uint8_t[]> grown =
+            std::make_unique_for_overwrite<std::uint8_t[]>(capacity);
+        if (m_size > 0) {
+            std::memcpy(grown.get(), m_data.get(), m_size);
+        }
+        m_data = std::move(grown);
+        m_capacity = capacity;
+    }
+    m_size = size;
+}
+
+void ByteBlock::ReleaseIfAbove(std::size_t keep) {
+    if (m_capacity > keep) {
+        m_data.reset();
+        m_size = 0;
+        m_capacity = 0;
+    }
+}
+
 FileByteSource::FileByteSource(const std::string& path, std::int64_t size,
                                FileSourceBuffers& buffers, ByteView head, std::int64_t tailOffset,
                                ByteView tail)
@@ -114,7 +138,12 @@ FileByteSource::FileByteSource(const std::string& path, std::int64_t size,
     } else {
         m_tailOffset = size;
     }
-    m_buffers.scratch.clear();
+    m_buffers.scratch.Clear();
+}
+
+void FileByteSource::Adopt(ReadFile file) {
+    m_file = std::move(file);
+    m_openTried = true;
 }
 
 bool FileByteSource::Open() {
@@ -143,17 +172,20 @@ bool FileByteSource::GrowHead(std::int64_t end) {
     if (end <= held) {
         return true;
     }
-    std::vector<std::uint8_t>& store = m_buffers.head;
-    if (m_head.data() != store.data() || store.size() != m_head.size()) {
-        // The head still lies in the read-ahead's memory: take a copy to grow.
-        store.assign(m_head.begin(), m_head.end());
+    ByteBlock& store = m_buffers.head;
+    if (m_head.data() != store.Data()) {
+        // The head still lies in the read-ahead's memory (or is empty): copy it over to grow.
+        store.Resize(static_cast<std::size_t>(held));
+        if (held > 0) {
+            std::memcpy(store.Data(), m_head.data(), m_head.size());
+        }
     }
-    store.resize(static_cast<std::size_t>(end));
-    const bool ok = ReadExact(held, store.data() + held, end - held);
+    store.Resize(static_cast<std::size_t>(end));
+    const bool ok = ReadExact(held, store.Data() + held, end - held);
     if (!ok) {
-        store.resize(static_cast<std::size_t>(held));
+        store.Resize(static_cast<std::size_t>(held));
     }
-    m_head = ByteView(store.data(), store.size());
+    m_head = store.View();
     return ok;
 }
 
@@ -163,29 +195,23 @@ bool FileByteSource::LoadTail(std::int64_t offset) {
         return true;
     }
     const std::int64_t oldOffset = m_tailOffset;
-    const auto oldSize = static_cast<std::int64_t>(m_tail.size());
-    std::vector<std::uint8_t>& store = m_buffers.tail;
-    std::vector<std::uint8_t> grown;
-    grown.swap(m_buffers.scratch);  // reuse the scratch block's memory for the new tail
-    grown.resize(static_cast<std::size_t>(Size() - offset));
+    // The new tail is built in the scratch block's memory, then the two trade places.
+    ByteBlock& grown = m_buffers.scratch;
+    grown.Resize(static_cast<std::size_t>(Size() - offset));
     const std::int64_t fresh = oldOffset - offset;
-    bool ok = ReadExact(offset, grown.data(), fresh);
-    if (ok && oldSize > 0) {
-        std::copy(m_tail.begin(), m_tail.end(), grown.begin() + fresh);
+    bool ok = ReadExact(offset, grown.Data(), fresh);
+    if (ok && !m_tail.empty()) {
+        std::memcpy(grown.Data() + fresh, m_tail.data(), m_tail.size());
     } else if (ok) {
-        ok = ReadExact(oldOffset, grown.data() + fresh, Size() - oldOffset);
+        ok = ReadExact(oldOffset, grown.Data() + fresh, Size() - oldOffset);
     }
-    if (!ok) {
-        grown.swap(m_buffers.scratch);
-        m_buffers.scratch.clear();
-        return false;
+    if (ok) {
+        swap(grown, m_buffers.tail);
+        m_tail = m_buffers.tail.View();
+        m_tailOffset = offset;
     }
-    store.swap(grown);
-    grown.swap(m_buffers.scratch);
-    m_buffers.scratch.clear();
-    m_tail = ByteView(store.data(), store.size());
-    m_tailOffset = offset;
-    return true;
+    m_buffers.scratch.Clear();
+    return ok;
 }
 
 void FileByteSource::Preload(std::int64_t offset, std::int64_t length) {
@@ -224,19 +250,18 @@ const std::uint8_t* FileByteSource::Fetch(std::int64_t offset, std::int64_t leng
         return m_tail.data() + (offset - m_tailOffset);
     }
     // A block elsewhere (behind a large ID3v2 tag): the scratch block, reused if it covers.
-    std::vector<std::uint8_t>& scratch = m_buffers.scratch;
-    if (!scratch.empty() &&
-        Covers(ByteView(scratch.data(), scratch.size()), m_scratchOffset, offset, length)) {
-        return scratch.data() + (offset - m_scratchOffset);
+    ByteBlock& scratch = m_buffers.scratch;
+    if (!scratch.Empty() && Covers(scratch.View(), m_scratchOffset, offset, length)) {
+        return scratch.Data() + (offset - m_scratchOffset);
     }
     const std::int64_t blockEnd = std::min(std::max(end, offset + kMinBlock), m_tailOffset);
-    scratch.resize(static_cast<std::size_t>(blockEnd - offset));
-    if (!ReadExact(offset, scratch.data(), blockEnd - offset)) {
-        scratch.clear();
+    scratch.Resize(static_cast<std::size_t>(blockEnd - offset));
+    if (!ReadExact(offset, scratch.Data(), blockEnd - offset)) {
+        scratch.Clear();
         return nullptr;
     }
     m_scratchOffset = offset;
-    return scratch.data();
+    return scratch.Data();
 }
 
 }  // namespace jk

@@ -6,10 +6,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
+#include <utility>
 
 #include "metadata/ReadOutcome.h"
 #include "util/FileIo.h"
@@ -75,23 +76,56 @@ private:
     const std::uint8_t* m_data;
 };
 
+// A block of bytes that grows without clearing what it adds: every byte a file source serves
+// was written by a read first, so clearing it beforehand would be work thrown away.
+class ByteBlock {
+public:
+    std::uint8_t* Data() { return m_data.get(); }
+    const std::uint8_t* Data() const { return m_data.get(); }
+    std::size_t Size() const { return m_size; }
+    std::size_t Capacity() const { return m_capacity; }
+    bool Empty() const { return m_size == 0; }
+    ByteView View() const { return {m_data.get(), m_size}; }
+
+    // Keeps the first min(Size(), size) bytes; the rest are undefined until written.
+    void Resize(std::size_t size);
+    void Clear() { m_size = 0; }
+    // Gives the memory back when a file made it grow past `keep` bytes.
+    void ReleaseIfAbove(std::size_t keep);
+
+    friend void swap(ByteBlock& a, ByteBlock& b) noexcept {
+        std::swap(a.m_data, b.m_data);
+        std::swap(a.m_size, b.m_size);
+        std::swap(a.m_capacity, b.m_capacity);
+    }
+
+private:
+    std::unique_ptr<std::uint8_t[]> m_data;
+    std::size_t m_size = 0;
+    std::size_t m_capacity = 0;
+};
+
 // Buffers a file source keeps between files on one thread, so that reading a folder makes no
 // heap traffic of its own once they have grown.
 struct FileSourceBuffers {
-    std::vector<std::uint8_t> head;
-    std::vector<std::uint8_t> tail;
-    std::vector<std::uint8_t> scratch;
+    ByteBlock head;
+    ByteBlock tail;
+    ByteBlock scratch;
 };
 
 // A file of known length. Ranges inside the read-ahead's head or tail cost nothing; a range that
 // starts inside the head (or right behind it) grows the head; others are read into a scratch
-// block. The file is opened on the first read the held bytes don't cover.
+// block. The file is opened on the first read the held bytes don't cover, unless the caller
+// handed over a file it had open already.
 class FileByteSource final : public ByteSource {
 public:
     // `head` and `tail` are bytes read ahead (either may be empty); `tailOffset` is where `tail`
     // starts. They must belong to the file as it is now.
     FileByteSource(const std::string& path, std::int64_t size, FileSourceBuffers& buffers,
                    ByteView head = {}, std::int64_t tailOffset = 0, ByteView tail = {});
+
+    // Reads from `file` (the file at the path, opened by the caller) instead of opening it.
+    void Adopt(ReadFile file);
 
     void Preload(std::int64_t offset, std::int64_t length) override;
 

@@ -16,6 +16,12 @@ constexpr std::int32_t kDefaultBitrate = 128;
 constexpr std::int64_t kMaxFrameBytes = 4096;
 // Writers that stack ID3v2 tags stack a few; a longer chain is garbage.
 constexpr int kMaxStackedTags = 8;
+// ReadVbrHeader looks at no byte past this far into a frame (the LAME fields behind a Xing
+// header with every flag set end at 180).
+constexpr std::int64_t kVbrReach = 192;
+// The search window takes bytes in steps of at least this much (most files need less: the
+// first frame and the next header).
+constexpr std::int64_t kWindowStep = 2048;
 
 constexpr int kSampleRates[3] = {44100, 48000, 32000};
 
@@ -107,14 +113,79 @@ bool SameStream(const MpegFrameHeader& a, const MpegFrameHeader& b) {
     return a.versionBits == b.versionBits && a.layer == b.layer && a.sampleRate == b.sampleRate;
 }
 
-enum class Verdict { Confirmed, Unconfirmed, NeedMore };
+// The bytes of [start, Limit()) as the frame search sees them. The search's rules look at the
+// whole window (a candidate near its end is judged by what the window holds), but only the
+// bytes it actually looks at are read: mostly the first frame and the next header.
+class SearchWindow {
+public:
+    SearchWindow(ByteSource& source, std::int64_t start)
+        : m_source(source), m_start(start), m_limit(start), m_held(start) {}
 
-// Judges a header at `pos` with the bytes of [base, base + avail) in hand.
-Verdict JudgeCandidate(const MpegFrameHeader& frame, const std::uint8_t* base,
-                       std::int64_t baseOffset, std::int64_t avail, std::int64_t pos,
+    std::int64_t Limit() const { return m_limit; }
+    void SetLimit(std::int64_t limit) { m_limit = limit; }
+    ReadFault Fault() const { return m_fault; }
+
+    // Makes [start, min(end, Limit())) readable; false when the file can't be read.
+    bool Ensure(std::int64_t end) {
+        end = std::min(end, m_limit);
+        if (end <= m_held) {
+            return true;
+        }
+        // Growing by what is held at least, so a long scan asks the source for few ranges.
+        const std::int64_t step = std::max(kWindowStep, m_held - m_start);
+        const std::int64_t want = std::min(m_limit, std::max(end, m_held + step));
+        const Outcome<ByteView> view = m_source.View(m_start, want - m_start);
+        if (!view) {
+            m_fault = view.Fault();
+            return false;
+        }
+        m_base = view->data();
+        m_held = want;
+        return true;
+    }
+    // Valid up to the end last ensured, until the next Ensure.
+    const std::uint8_t* At(std::int64_t offset) const { return m_base + (offset - m_start); }
+
+    // The first `byte` in [from, Limit()); -1 when there is none, or the read failed (Fault()).
+    std::int64_t Find(std::uint8_t byte, std::int64_t from) {
+        while (from < m_limit) {
+            if (!Ensure(from + 1)) {
+                return -1;
+            }
+            const void* hit = std::memchr(At(from), byte, static_cast<std::size_t>(m_held - from));
+            if (hit != nullptr) {
+                return from + (static_cast<const std::uint8_t*>(hit) - At(from));
+            }
+            from = m_held;
+        }
+        return -1;
+    }
+
+    // The VBR header of the frame at `pos`, as read with the window's bytes from there on.
+    std::optional<VbrInfo> VbrHeaderAt(const MpegFrameHeader& frame, std::int64_t pos) {
+        // Bytes past kVbrReach are never looked at, so holding fewer of them changes nothing.
+        if (!Ensure(pos + kVbrReach)) {
+            return std::nullopt;
+        }
+        return ReadVbrHeader(frame, At(pos), std::min(m_held, m_limit) - pos);
+    }
+
+private:
+    ByteSource& m_source;
+    std::int64_t m_start;
+    std::int64_t m_limit;
+    std::int64_t m_held;  // [m_start, m_held) is in hand
+    const std::uint8_t* m_base = nullptr;
+    ReadFault m_fault = ReadFault::None;
+};
+
+enum class Verdict { Confirmed, Unconfirmed, NeedMore, Failed };
+
+// Judges a header at `pos` with the bytes of the window in hand.
+Verdict JudgeCandidate(const MpegFrameHeader& frame, SearchWindow& window, std::int64_t pos,
                        std::int64_t audioEnd) {
     const std::int64_t next = pos + frame.frameLength;
-    const std::int64_t held = baseOffset + avail;
+    const std::int64_t held = window.Limit();
     if (next == audioEnd) {
         return Verdict::Confirmed;  // the one frame, or the last, ends the audio exactly
     }
@@ -124,12 +195,18 @@ Verdict JudgeCandidate(const MpegFrameHeader& frame, const std::uint8_t* base,
     if (next + 4 > held) {
         return Verdict::NeedMore;
     }
-    const auto following = ParseMpegFrameHeader(ByteView(base + (next - baseOffset), 4));
+    if (!window.Ensure(next + 4)) {
+        return Verdict::Failed;
+    }
+    const auto following = ParseMpegFrameHeader(ByteView(window.At(next), 4));
     if (following && SameStream(frame, *following)) {
         return Verdict::Confirmed;
     }
-    const VbrInfo vbr = ReadVbrHeader(frame, base + (pos - baseOffset), held - pos);
-    return vbr.present ? Verdict::Confirmed : Verdict::Unconfirmed;
+    const std::optional<VbrInfo> vbr = window.VbrHeaderAt(frame, pos);
+    if (!vbr) {
+        return Verdict::Failed;
+    }
+    return vbr->present ? Verdict::Confirmed : Verdict::Unconfirmed;
 }
 
 StreamFacts FactsOf(const MpegFrameHeader& frame, const VbrInfo& vbr, std::int64_t firstFrame,
@@ -284,40 +361,47 @@ Outcome<StreamFacts> ReadStreamExactly(ByteSource& source) {
     std::optional<MpegFrameHeader> fallback;
     std::int64_t fallbackPos = 0;
     std::int64_t from = start;
+    SearchWindow window(source, start);
     // A first look at a few frames' worth; the whole search window only when that leaves it open.
     for (const std::int64_t reach : {kSyncProbeBytes, kSyncSearchBytes + kMaxFrameBytes}) {
         const std::int64_t held = std::min(start + reach, end) - start;
-        const Outcome<ByteView> window = source.View(start, held);
-        if (!window) {
-            return window.Fault();
-        }
-        const std::uint8_t* base = window->data();
+        window.SetLimit(start + held);
         bool needMore = false;
         std::int64_t pos = from;
         for (; pos < searchEnd && pos + 4 <= start + held; ++pos) {
-            const std::uint8_t* here = base + (pos - start);
-            if (here[0] != 0xFF) {
-                const void* next =
-                    std::memchr(here, 0xFF, static_cast<std::size_t>(start + held - pos));
-                if (next == nullptr) {
+            if (!window.Ensure(pos + 4)) {
+                return window.Fault();
+            }
+            if (*window.At(pos) != 0xFF) {
+                const std::int64_t next = window.Find(0xFF, pos);
+                if (next < 0) {
+                    if (window.Fault() != ReadFault::None) {
+                        return window.Fault();
+                    }
                     pos = start + held;
                     break;
                 }
-                pos += static_cast<const std::uint8_t*>(next) - here - 1;
+                pos = next - 1;
                 continue;
             }
-            const auto frame = ParseMpegFrameHeader(ByteView(here, 4));
+            const auto frame = ParseMpegFrameHeader(ByteView(window.At(pos), 4));
             if (!frame) {
                 continue;
             }
-            const Verdict verdict = JudgeCandidate(*frame, base, start, held, pos, end);
+            const Verdict verdict = JudgeCandidate(*frame, window, pos, end);
+            if (verdict == Verdict::Failed) {
+                return window.Fault();
+            }
             if (verdict == Verdict::NeedMore) {
                 needMore = true;
                 break;
             }
             if (verdict == Verdict::Confirmed) {
-                const VbrInfo vbr = ReadVbrHeader(*frame, here, start + held - pos);
-                return FactsOf(*frame, vbr, pos, end);
+                const std::optional<VbrInfo> vbr = window.VbrHeaderAt(*frame, pos);
+                if (!vbr) {
+                    return window.Fault();
+                }
+                return FactsOf(*frame, *vbr, pos, end);
             }
             if (!fallback) {
                 fallback = frame;
@@ -333,8 +417,10 @@ Outcome<StreamFacts> ReadStreamExactly(ByteSource& source) {
         }
     }
     if (fallback) {
+        // Only the first kVbrReach bytes of the frame are looked at.
+        const std::int64_t frameBytes = std::min<std::int64_t>(end - fallbackPos, kMaxFrameBytes);
         const Outcome<ByteView> first =
-            source.View(fallbackPos, std::min<std::int64_t>(end - fallbackPos, kMaxFrameBytes));
+            source.View(fallbackPos, std::min<std::int64_t>(frameBytes, kVbrReach));
         if (!first) {
             return first.Fault();
         }

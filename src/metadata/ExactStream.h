@@ -40,7 +40,9 @@ Outcome<std::int64_t> AudioEnd(ByteSource& source);
 
 // How far behind the audio's start the first frame is sought.
 inline constexpr std::int64_t kSyncSearchBytes = 64 * 1024;
-// Bytes behind the audio's start that usually settle the search in one read.
+// The search's first look behind the audio's start: a candidate is judged by what lies within
+// it, and the whole search window is looked at only when that leaves the search open. (Only the
+// bytes the search looks at are read.)
 inline constexpr std::int64_t kSyncProbeBytes = 8192;
 
 // Fails only when the file can't be read.

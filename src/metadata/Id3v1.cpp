@@ -23,29 +23,33 @@ bool HasID3Tag(ByteSource& source) {
     return mark && Chars(*mark, 0, 3) == "TAG";
 }
 
-Outcome<SongInfo> ReadID3Song(ByteSource& source, const SongReadContext& context) {
+Outcome<Done> ReadID3SongInto(ByteSource& source, const SongReadContext& context, SongInfo& song) {
     const Outcome<ByteView> read = source.View(source.Size() - kID3v1Bytes, kID3v1Bytes);
     if (!read) {
         return read.Fault();
     }
     const ByteView tag = *read;
     const SingleByteCodepage& page = context.codepage;
-    SongInfo song;
     // Trimming first and cutting second: blanks ahead of a NUL stay.
-    song.Title = page.Decode(CutAtNull(Trim(Chars(tag, 3, 30))));
-    song.Artist = page.Decode(CutAtNull(Trim(Chars(tag, 33, 30))));
-    song.Album = page.Decode(CutAtNull(Trim(Chars(tag, 63, 30))));
-    song.Year = page.Decode(CutAtNull(Chars(tag, 93, 4)));
+    song.Title = DecodeTagText(page, CutAtNull(Trim(Chars(tag, 3, 30))));
+    song.Artist = DecodeTagText(page, CutAtNull(Trim(Chars(tag, 33, 30))));
+    song.Album = DecodeTagText(page, CutAtNull(Trim(Chars(tag, 63, 30))));
+    song.Year = DecodeTagText(page, CutAtNull(Chars(tag, 93, 4)));
     std::string_view comment = Chars(tag, 97, 30);
     if (tag[97 + 28] == 0) {
         song.Track = tag[97 + 29];
         comment = comment.substr(0, 28);
     }
-    song.Comment = page.Decode(CutAtNull(Trim(comment)));
+    song.Comment = DecodeTagText(page, CutAtNull(Trim(comment)));
     song.Genre = GenreName(tag[127]);
     // Bitrate and time may read more of the file: the tag's view is not used past here.
-    if (const Outcome<Done> timed = FillBitrateAndTime(song, source, context.exactTimes); !timed) {
-        return timed.Fault();
+    return FillBitrateAndTime(song, source, context.exactTimes);
+}
+
+Outcome<SongInfo> ReadID3Song(ByteSource& source, const SongReadContext& context) {
+    SongInfo song;
+    if (const Outcome<Done> read = ReadID3SongInto(source, context, song); !read) {
+        return read.Fault();
     }
     return song;
 }

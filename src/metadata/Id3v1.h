@@ -16,5 +16,7 @@ bool HasID3Tag(ByteSource& source);
 // The tag's texts (trimmed, then cut at the first NUL; Year only cut), the ID3v1.1 track byte,
 // the genre through the table, and the bitrate and time.
 Outcome<SongInfo> ReadID3Song(ByteSource& source, const SongReadContext& context);
+// The same into `song`, a blank record.
+Outcome<Done> ReadID3SongInto(ByteSource& source, const SongReadContext& context, SongInfo& song);
 
 }  // namespace jk

@@ -24,8 +24,13 @@ struct ID3v2Texts {
 };
 
 // Walks the frame headers of the tag (with bounds checks against the tag and the file) and has
-// TagLib parse the bodies of the wanted frames from the bytes already read.
+// TagLib parse the bodies of the wanted frames from the bytes already read; plain text frames
+// (no frame flags, texts in the Basic Multilingual Plane) are read without it, to the same
+// result.
 ID3v2Texts ReadID3v2Texts(ByteSource& source);
+// The same with every wanted frame parsed by TagLib: the reference the reading above is held
+// to in the tests.
+ID3v2Texts ReadID3v2TextsThroughTagLib(ByteSource& source);
 
 // Title, Artist, Album and Comment are taken when empty, or when exactly 30 characters long
 // and the start of the ID3v2 text (an ID3v1 field filled to its width); Year when blank, Genre

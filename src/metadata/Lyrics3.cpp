@@ -31,7 +31,7 @@ Outcome<std::int64_t> BlockSize(ByteSource& source) {
     if (!digits) {
         return digits.Fault();
     }
-    const std::optional<std::int32_t> size = ToInt32(Val(Chars(*digits)));
+    const std::optional<std::int32_t> size = ToInt32(DigitsVal(Chars(*digits)));
     if (!size) {
         return ReadFault::Overflow32;
     }
@@ -77,7 +77,7 @@ Outcome<std::vector<Lyrics3Field>> ParseLyrics3Block(std::string_view block) {
     while (!rest.empty()) {
         Lyrics3Field field;
         field.ID = std::string(TakeFront(rest, 3));
-        const std::optional<std::int16_t> size = ToInt16(Val(TakeFront(rest, 5)));
+        const std::optional<std::int16_t> size = ToInt16(DigitsVal(TakeFront(rest, 5)));
         if (!size) {
             return ReadFault::Overflow16;
         }
@@ -99,7 +99,8 @@ Outcome<std::vector<Lyrics3Field>> ReadLyrics3Fields(ByteSource& source) {
     return ParseLyrics3Block(*block);
 }
 
-Outcome<SongInfo> ReadLyrics3Song(ByteSource& source, const SongReadContext& context) {
+Outcome<Done> ReadLyrics3SongInto(ByteSource& source, const SongReadContext& context,
+                                  SongInfo& song) {
     const Outcome<std::string_view> block = ReadLyrics3BlockBytes(source);
     if (!block) {
         return block.Fault();
@@ -115,23 +116,31 @@ Outcome<SongInfo> ReadLyrics3Song(ByteSource& source, const SongReadContext& con
         }
         for (const Lyrics3Field& field : *fields) {
             if (field.ID == "ETT") {
-                title = context.codepage.Decode(Trim(field.Data));
+                title = DecodeTagText(context.codepage, Trim(field.Data));
             } else if (field.ID == "EAR") {
-                artist = context.codepage.Decode(Trim(field.Data));
+                artist = DecodeTagText(context.codepage, Trim(field.Data));
             } else if (field.ID == "EAL") {
-                album = context.codepage.Decode(Trim(field.Data));
+                album = DecodeTagText(context.codepage, Trim(field.Data));
             }
         }
     }
     // The block's view is spent: the ID3v1 reading may read elsewhere.
-    Outcome<SongInfo> song =
-        HasID3Tag(source) ? ReadID3Song(source, context) : ReadUntaggedSong(source, context);
-    if (!song || chanceHit) {
-        return song;
+    const Outcome<Done> read = HasID3Tag(source) ? ReadID3SongInto(source, context, song)
+                                                 : ReadUntaggedSongInto(source, context, song);
+    if (!read || chanceHit) {
+        return read;
     }
-    TakeLonger(song->Title, title);
-    TakeLonger(song->Artist, artist);
-    TakeLonger(song->Album, album);
+    TakeLonger(song.Title, title);
+    TakeLonger(song.Artist, artist);
+    TakeLonger(song.Album, album);
+    return Done{};
+}
+
+Outcome<SongInfo> ReadLyrics3Song(ByteSource& source, const SongReadContext& context) {
+    SongInfo song;
+    if (const Outcome<Done> read = ReadLyrics3SongInto(source, context, song); !read) {
+        return read.Fault();
+    }
     return song;
 }
 

@@ -45,6 +45,9 @@ Outcome<std::vector<Lyrics3Field>> ReadLyrics3Fields(ByteSource& source);
 // The ID3v1 reading with the extended texts where they are at least as long. A block that
 // doesn't begin with "LYRICSBEGIN" was a chance hit: the file is read as ID3v1 or untagged.
 Outcome<SongInfo> ReadLyrics3Song(ByteSource& source, const SongReadContext& context);
+// The same into `song`, a blank record.
+Outcome<Done> ReadLyrics3SongInto(ByteSource& source, const SongReadContext& context,
+                                  SongInfo& song);
 
 // The block text with its size digits and end mark. "IND" comes first with the size it had;
 // fields with empty data are left out; the rest carry their trimmed data.

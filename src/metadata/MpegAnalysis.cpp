@@ -1,5 +1,7 @@
 #include "metadata/MpegAnalysis.h"
 
+#include <algorithm>
+
 #include "util/Text.h"
 
 namespace jk {
@@ -109,13 +111,12 @@ Outcome<bool> ReadXingHeader(XingHeader& header, ByteSource& source) {
     if (const auto skipped = cursor.Skip(GetID3v2Size(source)); !skipped) {
         return skipped.Fault();
     }
+    // Four single bytes: read in one piece, which fails as the first byte past the end would.
     std::uint8_t bytes[4] = {};
-    for (std::uint8_t& byte : bytes) {
-        const Outcome<std::uint8_t> read = cursor.ReadByte();
-        if (!read) {
-            return read.Fault();
-        }
-        byte = *read;
+    if (const Outcome<ByteView> read = cursor.Read(4); read) {
+        std::copy(read->begin(), read->end(), bytes);
+    } else {
+        return read.Fault();
     }
     const std::int32_t id = (bytes[1] / 8) & 1;
     const std::int32_t samplingIndex = (bytes[2] / 4) & 3;
@@ -239,18 +240,35 @@ Outcome<std::int16_t> GetBitrate(ByteSource& source) {
     int filled = 2;
     std::int16_t result = kDefaultBitrate;
     bool found = false;
-    while (!cursor.AtEnd() && !found && cursor.Position() - tagSize < kSearchStop) {
-        const Outcome<std::uint8_t> next = cursor.ReadByte();
-        if (!next) {
-            return next.Fault();
+    // The bytes the search may read, looked at in memory; where they can't be had in one piece
+    // the search reads byte by byte, failing where a byte fails.
+    const std::int64_t from = cursor.Position();
+    const std::int64_t until = std::max(from, std::min(source.Size(), tagSize + kSearchStop));
+    if (const Outcome<ByteView> ahead = source.View(from, until - from); ahead) {
+        for (const std::uint8_t next : *ahead) {
+            b0 = b1;
+            b1 = b2;
+            b2 = next;
+            filled = 3;
+            if (IsHeaderWindow(b0, b1, b2)) {
+                result = FrameBitrate(b0, b1, b2);
+                break;
+            }
         }
-        b0 = b1;
-        b1 = b2;
-        b2 = *next;
-        filled = 3;
-        if (IsHeaderWindow(b0, b1, b2)) {
-            result = FrameBitrate(b0, b1, b2);
-            found = true;
+    } else {
+        while (!cursor.AtEnd() && !found && cursor.Position() - tagSize < kSearchStop) {
+            const Outcome<std::uint8_t> next = cursor.ReadByte();
+            if (!next) {
+                return next.Fault();
+            }
+            b0 = b1;
+            b1 = b2;
+            b2 = *next;
+            filled = 3;
+            if (IsHeaderWindow(b0, b1, b2)) {
+                result = FrameBitrate(b0, b1, b2);
+                found = true;
+            }
         }
     }
     // A window of two bytes (the file ended right behind them) has no bitrate byte.

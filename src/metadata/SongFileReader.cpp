@@ -21,6 +21,9 @@ namespace {
 // The head is grown in one read to cover an ID3v2 tag and the first frames behind it, up to
 // this much; a larger tag (a big picture) is walked frame by frame instead.
 constexpr std::int64_t kMaxHeadPreload = 1 << 20;
+// Behind the tag the frame search nearly always settles within a frame and the next header (a
+// Layer III frame is at most 1441 bytes) plus the VBR header; it reads further itself if not.
+constexpr std::int64_t kAfterTagBytes = 2048;
 // The Xing header lies within this many bytes of the first frame's start.
 constexpr std::int64_t kXingReach = 200;
 // Buffers kept by a reading thread are released when a file made them grow past this.
@@ -34,7 +37,7 @@ void PreloadHead(ByteSource& source, const SongReadOptions& options) {
         const Outcome<ByteView> head = source.View(0, kID3v2HeaderBytes);
         const std::optional<ID3v2HeaderInfo> tag = head ? ParseID3v2Header(*head) : std::nullopt;
         const std::int64_t tagEnd = tag ? tag->totalSize : 0;
-        source.Preload(0, std::min(tagEnd + kSyncProbeBytes, kMaxHeadPreload));
+        source.Preload(0, std::min(tagEnd + kAfterTagBytes, kMaxHeadPreload));
     }
     if (!options.exactTimes) {
         const std::int16_t skip = GetID3v2Size(source);
@@ -51,15 +54,9 @@ bool UsablePrefetch(const PrefetchedBytes* prefetched, const FileStatus& status)
            prefetched->status.inode == status.inode && prefetched->status.device == status.device;
 }
 
-void ReleaseIfLarge(std::vector<std::uint8_t>& buffer) {
-    if (buffer.capacity() > kKeptBufferBytes) {
-        std::vector<std::uint8_t>().swap(buffer);
-    }
-}
-
-}  // namespace
-
-Outcome<SongInfo> ReadSongBytes(ByteSource& source, const SongReadOptions& options) {
+// ReadSongBytes into `song`, a blank record, so the reading of a file makes no copies of it.
+Outcome<Done> ReadSongBytesInto(ByteSource& source, const SongReadOptions& options,
+                                SongInfo& song) {
     if (source.Size() < kSmallestSongFile) {
         return ReadFault::TooShort;
     }
@@ -67,23 +64,33 @@ Outcome<SongInfo> ReadSongBytes(ByteSource& source, const SongReadOptions& optio
         options.codepage ? *options.codepage : SingleByteCodepage::Windows1252();
     const SongReadContext context{page, options.exactTimes};
     PreloadHead(source, options);
-    Outcome<SongInfo> song = HasLyrics3Tag(source) ? ReadLyrics3Song(source, context)
-                             : HasID3Tag(source)   ? ReadID3Song(source, context)
-                                                   : ReadUntaggedSong(source, context);
-    if (!song) {
-        return song;
+    const Outcome<Done> read = HasLyrics3Tag(source) ? ReadLyrics3SongInto(source, context, song)
+                               : HasID3Tag(source)   ? ReadID3SongInto(source, context, song)
+                                                     : ReadUntaggedSongInto(source, context, song);
+    if (!read) {
+        return read;
     }
     if (options.readId3v2) {
-        MergeID3v2Texts(*song, ReadID3v2Texts(source));
+        MergeID3v2Texts(song, ReadID3v2Texts(source));
     }
-    song->Size = std::to_string(source.Size());
+    song.Size = std::to_string(source.Size());
+    return Done{};
+}
+
+}  // namespace
+
+Outcome<SongInfo> ReadSongBytes(ByteSource& source, const SongReadOptions& options) {
+    SongInfo song;
+    if (const Outcome<Done> read = ReadSongBytesInto(source, options, song); !read) {
+        return read.Fault();
+    }
     return song;
 }
 
-void PreloadSongBlocks(ByteSource& source) {
+void PreloadSongBlocks(ByteSource& source, std::size_t headBytes) {
     const std::int64_t size = source.Size();
-    const auto head = static_cast<std::int64_t>(kPrefetchHeadBytes);
-    const auto tail = static_cast<std::int64_t>(kPrefetchTailBytes);
+    const auto head = static_cast<std::int64_t>(headBytes);
+    const auto tail = static_cast<std::int64_t>(kTailBlockBytes);
     if (size <= head + tail) {
         source.Preload(0, size);
     } else {
@@ -104,7 +111,7 @@ auto OverFile(const std::string& path, Probe probe)
     }
     FileSourceBuffers buffers;
     FileByteSource source(path, status.size, buffers);
-    const auto tail = static_cast<std::int64_t>(kPrefetchTailBytes);
+    const auto tail = static_cast<std::int64_t>(kTailBlockBytes);
     source.Preload(std::max<std::int64_t>(status.size - tail, 0), tail);
     return probe(source);
 }
@@ -162,34 +169,48 @@ bool PrefetchSongBytes(const std::string& path, PrefetchedBytes& out) {
 }
 
 SongInfo ReadSongFromDisk(const std::string& path, const FileStatus& status,
-                          const SongReadOptions& options, const PrefetchedBytes* prefetched) {
+                          const SongReadOptions& options, const PrefetchedBytes* prefetched,
+                          ReadFile* opened) {
+    return ReadSongFromDisk(path, status, LocalMoment(status.modifiedSeconds), options, prefetched,
+                            opened);
+}
+
+SongInfo ReadSongFromDisk(const std::string& path, const FileStatus& status,
+                          const LocalMoment& fileTime, const SongReadOptions& options,
+                          const PrefetchedBytes* prefetched, ReadFile* opened) {
+    // One record, filled in place and returned as itself (no copies on the way out).
+    SongInfo song;
     // Only a regular file is a song: a device or a pipe could block the read for ever.
     if (!status.exists || !status.isRegular || status.size < kSmallestSongFile) {
-        return NonExistantSong();
+        song = NonExistantSong();
+        return song;
     }
     thread_local FileSourceBuffers buffers;
     const std::int64_t size = status.size;
-    Outcome<SongInfo> song = ReadFault::Io;
+    Outcome<Done> read = ReadFault::Io;
     {
         const bool usePrefetch = UsablePrefetch(prefetched, status);
         FileByteSource source = usePrefetch
                                     ? FileByteSource(path, size, buffers, prefetched->head,
                                                      prefetched->tailOffset, prefetched->tail)
                                     : FileByteSource(path, size, buffers);
-        PreloadSongBlocks(source);
-        song = ReadSongBytes(source, options);
+        if (opened != nullptr && opened->IsOpen()) {
+            source.Adopt(std::move(*opened));
+        }
+        PreloadSongBlocks(source, HeadBlockBytesFor(options));
+        read = ReadSongBytesInto(source, options, song);
     }
-    ReleaseIfLarge(buffers.head);
-    ReleaseIfLarge(buffers.tail);
-    ReleaseIfLarge(buffers.scratch);
-    if (!song) {
-        return NonExistantSong();
+    buffers.head.ReleaseIfAbove(kKeptBufferBytes);
+    buffers.tail.ReleaseIfAbove(kKeptBufferBytes);
+    buffers.scratch.ReleaseIfAbove(kKeptBufferBytes);
+    if (!read) {
+        song = NonExistantSong();
+    } else {
+        song.Path = std::string(RTrim(path));
+        song.Date = fileTime.LocaleText();
+        song.Volume = options.volumeLabel ? options.volumeLabel(path) : std::string();
     }
-    SongInfo out = std::move(song).Value();
-    out.Path = std::string(RTrim(path));
-    out.Date = FormatLocaleDateTime(status.modifiedSeconds);
-    out.Volume = options.volumeLabel ? options.volumeLabel(path) : std::string();
-    return out;
+    return song;
 }
 
 }  // namespace jk

@@ -15,6 +15,7 @@
 #include "metadata/SongInfo.h"
 #include "util/Codepage.h"
 #include "util/FileIo.h"
+#include "util/TimeHelpers.h"
 
 namespace jk {
 
@@ -47,6 +48,20 @@ struct PrefetchedBytes {
 inline constexpr std::size_t kPrefetchHeadBytes = 8192;
 inline constexpr std::size_t kPrefetchTailBytes = 1024;
 
+// The first reads of a file read by itself: a head block that holds a small ID3v2 tag and the
+// first frames behind it, and a tail block that holds ID3v1, the Lyrics3 end mark with a short
+// block, and an APEv2 footer. A larger tag or block costs one more read, sized from its header.
+inline constexpr std::size_t kHeadBlockBytes = 4096;
+// The head block when neither extension is on: no ID3v2 tag is read then, only the 200 bytes or
+// so behind it that the bitrate search and the Xing header look at.
+inline constexpr std::size_t kPlainHeadBlockBytes = 1024;
+inline constexpr std::size_t kTailBlockBytes = 512;
+
+// The head block for a reading with these options.
+inline std::size_t HeadBlockBytesFor(const SongReadOptions& options) {
+    return options.readId3v2 || options.exactTimes ? kHeadBlockBytes : kPlainHeadBlockBytes;
+}
+
 // A file below this many bytes can't hold an ID3v1 tag and a frame: it reads as missing.
 inline constexpr std::int64_t kSmallestSongFile = 132;
 
@@ -56,10 +71,15 @@ bool PrefetchSongBytes(const std::string& path, PrefetchedBytes& out);
 
 // The three ways of reading a file (Lyrics3, else ID3v1, else untagged), with Bitrate, Time,
 // Size, Date (the locale's text) and Volume. `status` is the file's status, taken by the caller.
-// Any run-time failure gives NonExistantSong(). The cache is not touched.
+// Any run-time failure gives NonExistantSong(). The cache is not touched. `opened`, when given,
+// is the file already open (its status taken with fstat), so the path is not looked up again.
 SongInfo ReadSongFromDisk(const std::string& path, const FileStatus& status,
                           const SongReadOptions& options,
-                          const PrefetchedBytes* prefetched = nullptr);
+                          const PrefetchedBytes* prefetched = nullptr, ReadFile* opened = nullptr);
+// The same with the file's time converted by the caller (who wants its cache stamp as well).
+SongInfo ReadSongFromDisk(const std::string& path, const FileStatus& status,
+                          const LocalMoment& fileTime, const SongReadOptions& options,
+                          const PrefetchedBytes* prefetched, ReadFile* opened);
 
 // The same reading over any bytes (tests, the fuzzer): every field but Path, Date and Volume.
 // The failure, when there is one, says what ended the read.
@@ -72,6 +92,7 @@ bool HasLyrics3Tag(const std::string& path);
 std::optional<std::vector<Lyrics3Field>> ReadLyrics3Fields(const std::string& path);
 
 // The first reads of a file: the head and tail blocks, or the whole of a small file in one.
-void PreloadSongBlocks(ByteSource& source);
+// Ranges a read-ahead already holds are not read again.
+void PreloadSongBlocks(ByteSource& source, std::size_t headBytes = kHeadBlockBytes);
 
 }  // namespace jk

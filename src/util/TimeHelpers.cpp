@@ -3,6 +3,9 @@
 #include <chrono>
 #include <cstdio>
 #include <ctime>
+#include <string_view>
+
+#include <langinfo.h>
 #include <locale.h>
 
 #include "util/StringHelpers.h"
@@ -64,22 +67,16 @@ std::tm LocalTm(std::int64_t epochSeconds) {
     return tm;
 }
 
-}  // namespace
-
-std::string FormatStamp14(std::int64_t epochSeconds) {
-    const std::tm tm = LocalTm(epochSeconds);
-    char buffer[32];
-    std::snprintf(buffer, sizeof buffer, "%04d%02d%02d%02d%02d%02d", tm.tm_year + 1900,
-                  tm.tm_mon + 1, tm.tm_mday, tm.tm_hour, tm.tm_min, tm.tm_sec);
-    return buffer;
+// Two or four digits of a value known to fit, as "%02d" and "%04d" would write it.
+void PutDigits(char* out, int value, int width) {
+    for (int i = width - 1; i >= 0; --i) {
+        out[i] = static_cast<char>('0' + value % 10);
+        value /= 10;
+    }
 }
 
-std::string NowStamp14() {
-    return FormatStamp14(static_cast<std::int64_t>(std::time(nullptr)));
-}
-
-std::string FormatLocaleDateTime(std::int64_t epochSeconds) {
-    // The user's own date and time conventions (LC_TIME), without touching the process locale.
+// The user's own date and time conventions (LC_TIME), without touching the process locale.
+locale_t UserTimeLocale() {
     static const locale_t userTime = [] {
         locale_t loc = newlocale(LC_TIME_MASK, "", static_cast<locale_t>(nullptr));
         if (loc == static_cast<locale_t>(nullptr)) {
@@ -87,10 +84,126 @@ std::string FormatLocaleDateTime(std::int64_t epochSeconds) {
         }
         return loc;
     }();
-    const std::tm tm = LocalTm(epochSeconds);
+    return userTime;
+}
+
+// True when a strftime format uses only conversions of the date (no time of day, no zone), so
+// its text is the same all day long.
+bool DateOnlyFormat(std::string_view format) {
+    constexpr std::string_view kDateConversions = "aAbBhCyYGgdemjuwUWVDFnt%";
+    for (std::size_t i = 0; i < format.size(); ++i) {
+        if (format[i] != '%') {
+            continue;
+        }
+        ++i;
+        while (i < format.size() &&
+               std::string_view("_-0^#").find(format[i]) != std::string_view::npos) {
+            ++i;
+        }
+        while (i < format.size() && format[i] >= '0' && format[i] <= '9') {
+            ++i;
+        }
+        if (i < format.size() && (format[i] == 'E' || format[i] == 'O')) {
+            ++i;
+        }
+        if (i >= format.size() || kDateConversions.find(format[i]) == std::string_view::npos) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool SameMoment(const std::tm& a, const std::tm& b) {
+    return a.tm_sec == b.tm_sec && a.tm_min == b.tm_min && a.tm_hour == b.tm_hour &&
+           a.tm_mday == b.tm_mday && a.tm_mon == b.tm_mon && a.tm_year == b.tm_year &&
+           a.tm_wday == b.tm_wday && a.tm_yday == b.tm_yday && a.tm_isdst == b.tm_isdst &&
+           a.tm_gmtoff == b.tm_gmtoff && a.tm_zone == b.tm_zone;
+}
+
+bool SameDate(const std::tm& a, const std::tm& b) {
+    return a.tm_mday == b.tm_mday && a.tm_mon == b.tm_mon && a.tm_year == b.tm_year &&
+           a.tm_wday == b.tm_wday && a.tm_yday == b.tm_yday;
+}
+
+std::string StrftimeText(const char* format, const std::tm& tm) {
     char buffer[128];
-    const std::size_t n = strftime_l(buffer, sizeof buffer, "%x %X", &tm, userTime);
+    const std::size_t n = strftime_l(buffer, sizeof buffer, format, &tm, UserTimeLocale());
     return std::string(buffer, n);
+}
+
+}  // namespace
+
+LocalMoment::LocalMoment(std::int64_t epochSeconds) : m_tm(LocalTm(epochSeconds)) {}
+
+std::string FormatStamp14(std::int64_t epochSeconds) {
+    return LocalMoment(epochSeconds).Stamp14();
+}
+
+std::string FormatLocaleDateTime(std::int64_t epochSeconds) {
+    return LocalMoment(epochSeconds).LocaleText();
+}
+
+std::string LocalMoment::Stamp14() const {
+    const std::tm& tm = m_tm;
+    const int year = tm.tm_year + 1900;
+    if (year < 0 || year > 9999) {
+        char buffer[64];
+        std::snprintf(buffer, sizeof buffer, "%04d%02d%02d%02d%02d%02d", year, tm.tm_mon + 1,
+                      tm.tm_mday, tm.tm_hour, tm.tm_min, tm.tm_sec);
+        return buffer;
+    }
+    // A stamp is made for every file listed: digits by hand, not through printf.
+    char stamp[14];
+    PutDigits(stamp, year, 4);
+    PutDigits(stamp + 4, tm.tm_mon + 1, 2);
+    PutDigits(stamp + 6, tm.tm_mday, 2);
+    PutDigits(stamp + 8, tm.tm_hour, 2);
+    PutDigits(stamp + 10, tm.tm_min, 2);
+    PutDigits(stamp + 12, tm.tm_sec, 2);
+    return std::string(stamp, sizeof stamp);
+}
+
+std::string NowStamp14() {
+    return FormatStamp14(static_cast<std::int64_t>(std::time(nullptr)));
+}
+
+std::string LocalMoment::LocaleText() const {
+    const std::tm& tm = m_tm;
+    // Songs of one folder often share a second, and nearly always a day: the last text and the
+    // last date's text are kept, per thread.
+    thread_local bool haveLast = false;
+    thread_local std::tm lastMoment{};
+    thread_local std::string lastText;
+    if (haveLast && SameMoment(tm, lastMoment)) {
+        return lastText;
+    }
+    static const bool dateOnly = DateOnlyFormat(nl_langinfo_l(D_FMT, UserTimeLocale()));
+    thread_local bool haveDate = false;
+    thread_local std::tm lastDay{};
+    thread_local std::string dateText;
+    std::string text;
+    if (dateOnly) {
+        if (!haveDate || !SameDate(tm, lastDay)) {
+            dateText = StrftimeText("%x", tm);
+            lastDay = tm;
+            haveDate = true;
+        }
+        const std::string timeText = StrftimeText("%X", tm);
+        // "%x %X" in one call gives nothing when the whole does not fit its 128 bytes, and an
+        // empty part can't be told from an overlong one: those cases take the one call.
+        if (!dateText.empty() && !timeText.empty() && dateText.size() + 1 + timeText.size() < 128) {
+            text.reserve(dateText.size() + 1 + timeText.size());
+            text.append(dateText).append(" ").append(timeText);
+        } else {
+            text = StrftimeText("%x %X", tm);
+        }
+    } else {
+        text = StrftimeText("%x %X", tm);
+    }
+    lastMoment = tm;
+    lastText = text;
+    haveLast = true;
+    return text;
 }
 
 bool ParseStamp14(std::string_view stamp, std::int64_t& epochSeconds) {

@@ -3,6 +3,7 @@
 // Playing times and date stamps.
 
 #include <cstdint>
+#include <ctime>
 #include <string>
 #include <string_view>
 
@@ -30,5 +31,17 @@ std::string LocaleTextOfStamp14(std::string_view stamp);
 bool ParseStamp14(std::string_view stamp, std::int64_t& epochSeconds);
 // Local time of day in seconds since midnight, as a seed.
 double SecondsSinceMidnight();
+
+// One moment in local time, converted once and written either way: a song's cache stamp and
+// the text of its date (FormatStamp14 and FormatLocaleDateTime, without converting twice).
+class LocalMoment {
+public:
+    explicit LocalMoment(std::int64_t epochSeconds);
+    std::string Stamp14() const;
+    std::string LocaleText() const;
+
+private:
+    std::tm m_tm;
+};
 
 }  // namespace jk

@@ -15,6 +15,9 @@ namespace jk {
 // U+FFFD and advances by one byte.
 char32_t DecodeUtf8At(std::string_view text, std::size_t& pos);
 void AppendUtf8(std::string& out, char32_t cp);
+// AppendUtf8 into memory: writes the one to four bytes at `out` and gives the end (for loops
+// that size their output once rather than append byte by byte).
+char* WriteUtf8(char* out, char32_t cp);
 bool IsValidUtf8(std::string_view text);
 
 std::size_t CharCount(std::string_view text);

@@ -8,6 +8,7 @@
 
 #include "CatalogueTestSupport.h"
 #include "catalogue/SortSongs.h"
+#include "util/Utf8.h"
 
 namespace jk {
 namespace {
@@ -120,6 +121,38 @@ TEST(CacheAdd, KeysAreLowerCasedBeyondAscii) {
     EXPECT_EQ(CacheKeyOf("/a/B/\xC3\x96L.Mp3"), "\xC3\xB6l.mp3");
 }
 
+TEST(CacheKeyOf, IsTheLowerCasedBareNameWhateverTheBytes) {
+    // The key is built without ToLower's copies, so it is held to ToLower's result here: ASCII,
+    // two- to four-byte characters, bytes that are not UTF-8, cut and overlong sequences.
+    std::vector<std::string> names = {"Plain.MP3",
+                                      "\xC3\x89T\xC3\x89.mp3",
+                                      "\xE2\x84\xAA.mp3" /* Kelvin sign */,
+                                      "x\xF0\x90\x90\x80",
+                                      "A\xFF\xFE",
+                                      "\xC3",
+                                      "A\xC3",
+                                      "\xE2\x84",
+                                      "\xC0\xAF",
+                                      "\xED\xA0\x80",
+                                      "\xEF\xBF\xBD\xC3\x96",
+                                      ""};
+    std::mt19937 random(11);
+    const std::string alphabet = "aZ .\x80\xBF\xC3\x96\xE2\x84\xAA\xF0\x90\xFF";
+    for (int i = 0; i < 2000; ++i) {
+        std::string name;
+        for (int n = static_cast<int>(random() % 12); n > 0; --n) {
+            name.push_back(alphabet[random() % alphabet.size()]);
+        }
+        names.push_back(name);
+    }
+    std::string reused = "left over from an earlier key";
+    for (const std::string& name : names) {
+        EXPECT_EQ(CacheKeyOf("/music/Folder/" + name), ToLower(name));
+        CacheKeyInto("/music/" + name, reused);
+        EXPECT_EQ(reused, ToLower(name));
+    }
+}
+
 TEST(StoredTime, KeepsTwoMinuteDigitsUnlessTimesAreExact) {
     struct Case {
         std::string_view shown;
@@ -165,6 +198,77 @@ TEST(SongCache, IndexZeroAndOutOfRangeReadAsBlank) {
     EXPECT_EQ(CacheFind(cache, "a longer key than sixteen"), -1);
     cache.Clear();
     EXPECT_EQ(cache.UpperBound(), 0);
+}
+
+// The two searches as the record array would run them on a flat list of keys (index 0 is the
+// blank record), for the chunked cache to be held to.
+std::int64_t ModelSearch(const std::vector<std::string>& keys, const std::string& key,
+                         std::int64_t high, bool lastProbed) {
+    const auto keyAt = [&](std::int64_t i) {
+        return i >= 1 && i <= static_cast<std::int64_t>(keys.size())
+                   ? keys[static_cast<std::size_t>(i - 1)]
+                   : std::string();
+    };
+    std::int64_t low = 0;
+    std::int64_t probed = 0;
+    while (low <= high) {
+        const std::int64_t sum = low + high;
+        std::int64_t mid = sum / 2;
+        if (sum % 2 != 0 && mid % 2 != 0) {
+            ++mid;
+        }
+        probed = mid;
+        const int order = key.compare(keyAt(mid));
+        if (order < 0) {
+            high = mid - 1;
+        } else if (order > 0) {
+            low = mid + 1;
+        } else {
+            return mid;
+        }
+    }
+    return lastProbed ? probed : -1;
+}
+
+TEST(SongCache, SearchesProbeAsOnAFlatArray) {
+    // Adds put a key above all others one short of the end, and same names share slots, so the
+    // array is neither sorted nor free of repeats: the searches must probe exactly as the flat
+    // array's would, whatever chunk a probe falls in.
+    std::mt19937 random(5);
+    SongCache cache;
+    std::vector<std::string> model;
+    const auto keyOf = [&random] {
+        // Shared beginnings of 16 and 24 bytes, as "NN - Title" names have.
+        std::string key = "01 - the long shared beginning";
+        key.resize(random() % 3 == 0 ? 12 : (random() % 2 == 0 ? 20 : 28));
+        return key + std::to_string(random() % 400);
+    };
+    for (int i = 0; i < 3000; ++i) {
+        const std::string key = keyOf();
+        SongInfo song = SongAt("/m/" + key);
+        const std::int64_t at = cache.InsertIndex(key);
+        std::int64_t modelAt =
+            ModelSearch(model, key, static_cast<std::int64_t>(model.size()) - 1, true);
+        const std::string there =
+            modelAt >= 1 ? model[static_cast<std::size_t>(modelAt - 1)] : std::string();
+        if (key.compare(there) >= 0) {
+            ++modelAt;
+        }
+        ASSERT_EQ(at, modelAt) << key;
+        CacheAdd(cache, song, "20240101000000", "20240601000000");
+        model.insert(model.begin() + (modelAt - 1), key);
+        const std::string probe = keyOf();
+        PackedSong* slot = nullptr;
+        const std::int64_t found = cache.FindForUpdate(probe, slot);
+        ASSERT_EQ(found, ModelSearch(model, probe, static_cast<std::int64_t>(model.size()), false));
+        ASSERT_EQ(CacheFind(cache, probe), found);
+        if (found > 0) {
+            ASSERT_EQ(slot, &cache.Slot(found));
+        } else {
+            ASSERT_EQ(slot, nullptr);
+        }
+    }
+    EXPECT_EQ(KeysOf(cache), model);
 }
 
 TEST(SongCache, InsertsAtAnyPlaceAcrossManyChunks) {

@@ -2,7 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+#include <string>
+
 #include "core/metadata/SongBytes.h"
+#include "core/metadata/TempFolder.h"
+#include "metadata/SongFileReader.h"
 #include "metadata/SongReadContext.h"
 
 namespace jk {
@@ -125,6 +130,38 @@ TEST(ExactStream, TimeTextGrowsPastTwoMinuteDigits) {
     EXPECT_FALSE(FillBitrateAndTime(song, longer, false).Ok());
     EXPECT_TRUE(FillBitrateAndTime(song, longer, true).Ok());
     EXPECT_EQ(song.Time, "625:00");
+}
+
+TEST(ExactStream, AFileReadsAsItsBytesInMemory) {
+    // From a file only what the search looks at is read; the answer must be the one it gives
+    // over all the bytes in memory. Candidates sit around the edge of the first look (8 KiB),
+    // behind junk, Xing frames and headers that only the VBR header confirms.
+    test::TempFolder folder;
+    std::mt19937 random(3);
+    const std::string lame = "LAME3.100" + Bytes(12) + Text({0x24, 0x00, 0x50});
+    const std::string xing = test::MpegFrame(0xFB, 0x90, 0x00, 417,
+                                             Bytes(32) + "Xing" + test::BigEndian32(0x0F) +
+                                                 test::BigEndian32(400) + test::BigEndian32(90000) +
+                                                 Bytes(100, '\x01') + test::BigEndian32(50) + lame);
+    const std::string lone = test::MpegFrame(0xFB, 0x90, 0x00, 417, Bytes(32) + "Info");
+    for (int i = 0; i < 300; ++i) {
+        std::string file = random() % 3 == 0 ? test::Id3v2Tag(3, "", random() % 5000) : "";
+        file += Bytes(random() % 3 == 0 ? 8192 - 200 + random() % 400 : random() % 100, '\x12');
+        file += random() % 4 == 0 ? xing : random() % 3 == 0 ? lone + Bytes(50, '\xFF') : "";
+        file += Repeat(Mp3Frame128(), random() % 40) + test::Id3v1("t");
+        MemoryByteSource memory(file);
+        const Outcome<StreamFacts> expected = ReadStreamExactly(memory);
+        const std::string path = folder.Write("song.mp3", file);
+        FileSourceBuffers buffers;
+        FileByteSource source(path, static_cast<std::int64_t>(file.size()), buffers);
+        PreloadSongBlocks(source);
+        const Outcome<StreamFacts> got = ReadStreamExactly(source);
+        ASSERT_EQ(got.Ok(), expected.Ok()) << i;
+        if (got.Ok()) {
+            EXPECT_EQ(got->bitrate, expected->bitrate) << i;
+            EXPECT_EQ(got->seconds, expected->seconds) << i;
+        }
+    }
 }
 
 TEST(ParseMpegFrameHeader, RefusesReservedAndFreeFormatHeaders) {

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+#include <string>
+#include <vector>
+
 #include "core/metadata/SongBytes.h"
 
 namespace jk {
@@ -144,6 +148,120 @@ TEST(ReadID3v2Texts, StopsSafelyAtBrokenFrames) {
     EXPECT_EQ(TextsOf(Id3v2Tag(3, "ti!2" + Bytes(30))).Title, "");
     EXPECT_EQ(TextsOf(Id3v2Tag(5, Frame23("TIT2", Latin1("Five")))).Title, "");
     EXPECT_EQ(TextsOf(Id3v2Tag(3, Frame23("TIT2", ""))).Title, "");
+}
+
+// The texts of a frame body built from random pieces: plain and odd characters in every
+// encoding, byte order marks, surrogates, zero units and bytes, cut units.
+std::string RandomTextBody(std::mt19937& random, int encoding) {
+    const auto pick = [&random](std::size_t n) { return static_cast<std::size_t>(random() % n); };
+    std::string body = Text({encoding});
+    if (encoding == 1 || encoding == 2) {
+        const std::vector<std::string> boms = {Text({0xFF, 0xFE}), Text({0xFE, 0xFF}),
+                                               Text({0xFF, 0xFF}), ""};
+        const bool little = encoding == 1 && pick(3) != 0;
+        if (encoding == 1) {
+            body += pick(6) == 0 ? boms[pick(boms.size())] : little ? boms[0] : boms[1];
+        } else if (pick(8) == 0) {
+            body += boms[pick(2)];
+        }
+        const std::vector<char16_t> units = {u'a',   u'Z',   u' ',   u'7',   u'/',   0x00E9, 0x20AC,
+                                             0x4E2D, 0xFEFF, 0xFFFE, 0xFFFF, 0xD83D, 0xDE00, 0};
+        for (std::size_t n = pick(12); n > 0; --n) {
+            const char16_t unit = units[pick(units.size())];
+            body += little ? Text({unit & 0xFF, unit >> 8}) : Text({unit >> 8, unit & 0xFF});
+        }
+    } else {
+        const std::vector<std::string> pieces = {"a",
+                                                 "Z",
+                                                 " ",
+                                                 "7",
+                                                 "/",
+                                                 std::string(1, '\0'),
+                                                 "\xE9",
+                                                 "\xC3\xA9",
+                                                 "\xE2\x82\xAC",
+                                                 "\xEF\xBB\xBF",
+                                                 "\xEF\xBF\xBE",
+                                                 "\xED\xA0\x80",
+                                                 "\xF0\x9F\x98\x80",
+                                                 "\xC0\xAF",
+                                                 "\xE0\x80\xAF",
+                                                 "\x80",
+                                                 "\xC3"};
+        for (std::size_t n = pick(12); n > 0; --n) {
+            body += pieces[pick(pieces.size())];
+        }
+    }
+    if (pick(4) == 0) {
+        body += Bytes(pick(4));  // terminators, or an odd zero byte
+    }
+    if (pick(6) == 0) {
+        body += std::string(150, 'x');  // a size that needs two synchsafe bytes
+    }
+    return body;
+}
+
+// A genre frame's body: references, refinements and texts, in one of the four encodings.
+std::string RandomGenreBody(std::mt19937& random) {
+    const std::vector<std::string> values = {
+        "(17)",     "(017)",    "(0)",  "(191)", "(192)",    "(200)",   "(255)",  "(256)",
+        "(999)",    "(9999)",   "()",   "(",     "(17)Rock", "(17)Pop", "((Text", "(RX)",
+        "(CR)",     "17",       "Rock", " (17)", "(17) ",    "( 17)",   "(+17)",  "(-1)",
+        "(17)(18)", "(80)Folk", "Folk", "(1a)",  "Rock\xE9", "x"};
+    const int encoding = static_cast<int>(random() % 4);
+    std::string text = values[random() % values.size()];
+    if (random() % 8 == 0) {
+        text += std::string(1, '\0') + values[random() % values.size()];  // a second value
+    }
+    std::string body = Text({encoding});
+    if (encoding == 1 || encoding == 2) {
+        body += encoding == 1 ? Text({0xFF, 0xFE}) : "";
+        for (const char c : text) {
+            const auto unit = static_cast<unsigned char>(c);
+            body += encoding == 1 ? Text({unit, 0}) : Text({0, unit});
+        }
+    } else {
+        body += encoding == 3 && text.find('\xE9') != std::string::npos ? "Rock\xC3\xA9" : text;
+    }
+    if (random() % 3 == 0) {
+        body += Bytes(random() % 3);
+    }
+    return body;
+}
+
+TEST(ReadID3v2Texts, ReadsPlainTextFramesAsTagLibDoes) {
+    // Plain text frames are read without TagLib; on every frame the two readings must agree.
+    const std::vector<std::string> ids = {"TIT2", "TPE1", "TALB", "TYER", "TDRC", "TRCK", "TCON"};
+    std::mt19937 random(2024);
+    for (int i = 0; i < 6000; ++i) {
+        const int major = random() % 2 == 0 ? 3 : 4;
+        std::string frames;
+        for (int n = 1 + static_cast<int>(random() % 4); n > 0; --n) {
+            const int encoding = random() % 10 == 0 ? 4 : static_cast<int>(random() % 4);
+            const std::string& id = ids[random() % ids.size()];
+            const std::string body = id == "TCON" && random() % 3 != 0
+                                         ? RandomGenreBody(random)
+                                         : RandomTextBody(random, encoding);
+            const int flags = random() % 10 == 0 ? static_cast<int>(random() % 256) : 0;
+            frames += major == 3 ? Frame23(id, body) : Frame24(id, body, flags);
+        }
+        const int tagFlags = random() % 10 == 0 ? 0x80 : 0;
+        const std::string file =
+            Id3v2Tag(major, frames, random() % 20, tagFlags) + test::Repeat(test::Mp3Frame128(), 2);
+        MemoryByteSource source(file);
+        const ID3v2Texts fast = ReadID3v2Texts(source);
+        const ID3v2Texts reference = ReadID3v2TextsThroughTagLib(source);
+        SCOPED_TRACE(testing::PrintToString(file.substr(0, 200)));
+        EXPECT_EQ(fast.Title, reference.Title);
+        EXPECT_EQ(fast.Artist, reference.Artist);
+        EXPECT_EQ(fast.Album, reference.Album);
+        EXPECT_EQ(fast.Year, reference.Year);
+        EXPECT_EQ(fast.Genre, reference.Genre);
+        EXPECT_EQ(fast.Track, reference.Track);
+        if (HasFailure()) {
+            break;
+        }
+    }
 }
 
 TEST(ResolveID3v2Genre, TakesNumbersReferencesAndRefinements) {

@@ -139,11 +139,11 @@ TEST(ReadSongFromDisk, AStalePrefetchIsNotUsed) {
     EXPECT_EQ(song.Title, "New");
 }
 
-// How many reads a file costs from a cold start.
+// How many reads a file costs from a cold start, with the blocks ReadSongFromDisk reads first.
 int ReadsFor(const std::string& path, const SongReadOptions& options) {
     FileSourceBuffers buffers;
     FileByteSource source(path, StatPath(path).size, buffers);
-    PreloadSongBlocks(source);
+    PreloadSongBlocks(source, HeadBlockBytesFor(options));
     EXPECT_TRUE(ReadSongBytes(source, options).Ok());
     return source.ReadCount();
 }
@@ -166,6 +166,46 @@ TEST(FileByteSource, ReadsAHeadAndATailBlock) {
     const std::string lyrics = test::Lyrics3({{"LYR", Bytes(5000, 'l')}, {"ETT", "x"}});
     const std::string withLyrics = folder.Write("lyrics.mp3", audio + lyrics + Id3v1("x"));
     EXPECT_EQ(ReadsFor(withLyrics, Options(false, false)), 3);
+}
+
+TEST(FileByteSource, ReadsNoMoreThanTheTagsAndTheFirstFramesNeed) {
+    test::TempFolder folder;
+    const std::string audio = Repeat(test::Mp3Frame128(), 300);
+    const auto tagOf = [](std::size_t padding) {
+        return test::Id3v2Tag(3, test::Frame23("TIT2", std::string(1, '\0') + "Tagged"), padding);
+    };
+    // A tag of a few hundred bytes, the first frame and the next header fit the head block:
+    // no read behind it (the exact search once asked for 8 KiB behind the tag).
+    const std::string small = folder.Write("small-tag.mp3", tagOf(500) + audio + Id3v1("t"));
+    EXPECT_EQ(ReadsFor(small, Options(true, true)), 2);
+    EXPECT_EQ(ReadsFor(small, Options(false, false)), 2);
+    // Without the extensions the head block is small, and a larger tag is read past, not read:
+    // one more read for what stands behind it.
+    const std::string larger = folder.Write("larger-tag.mp3", tagOf(1500) + audio + Id3v1("t"));
+    EXPECT_EQ(ReadsFor(larger, Options(true, true)), 2);
+    EXPECT_EQ(ReadsFor(larger, Options(false, false)), 3);
+    // A short Lyrics3 block lies inside the tail block.
+    const std::string lyrics = test::Lyrics3({{"ETT", "A title longer than thirty characters"}});
+    const std::string withLyrics = folder.Write("short-lyrics.mp3", audio + lyrics + Id3v1("x"));
+    EXPECT_EQ(ReadsFor(withLyrics, Options(true, true)), 2);
+    EXPECT_EQ(ReadsFor(withLyrics, Options(false, false)), 2);
+}
+
+TEST(ByteBlock, KeepsItsBytesAsItGrowsAndGivesBackLargeMemory) {
+    ByteBlock block;
+    block.Resize(3);
+    std::copy_n("abc", 3, block.Data());
+    for (const std::size_t size : {std::size_t{5000}, std::size_t{2}, std::size_t{70000}}) {
+        block.Resize(size);
+        EXPECT_EQ(block.Size(), size);
+        EXPECT_EQ(block.Data()[0], 'a');
+        EXPECT_EQ(block.Data()[1], 'b');
+    }
+    block.ReleaseIfAbove(1 << 20);
+    EXPECT_EQ(block.Size(), 70000u);
+    block.ReleaseIfAbove(1000);
+    EXPECT_EQ(block.Size(), 0u);
+    EXPECT_EQ(block.Capacity(), 0u);
 }
 
 TEST(FileByteSource, ServesRangesAcrossItsBlocksAndFailsOutsideTheFile) {
