@@ -26,7 +26,11 @@ if [ -d fuzz ] && [ "$FUZZ_SECONDS" -gt 0 ]; then
     cmake -S . -B build-fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
         -DCMAKE_CXX_COMPILER=clang++ -DJUKARRA_BUILD_FUZZ=ON -DJUKARRA_BUILD_GUI=OFF \
         -DJUKARRA_BUILD_TESTS=OFF >/dev/null
-    cmake --build build-fuzz -j "$jobs"
+    fuzz_targets=()
+    for source in fuzz/*.cpp; do
+        fuzz_targets+=("$(basename "$source" .cpp)")
+    done
+    cmake --build build-fuzz -j "$jobs" --target "${fuzz_targets[@]}"
     for fuzzer in build-fuzz/fuzz/fuzz_*; do
         [ -x "$fuzzer" ] || continue
         name=$(basename "$fuzzer")
