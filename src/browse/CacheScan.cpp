@@ -14,7 +14,24 @@ SongReadFn ReadThroughCache(SongLookupContext& ctx) {
     };
 }
 
+SongViewFn ViewThroughCache(SongLookupContext& ctx) {
+    return [&ctx](std::string& path, const PrefetchedBytes* prefetched, SongInfo& read,
+                  SongView& view) { return GetSongView(path, false, ctx, prefetched, read, view); };
+}
+
 }  // namespace
+
+CacheStampLookup CacheStampsOf(SongLookupContext& ctx) {
+    return [&ctx](std::string_view path) -> std::optional<std::string> {
+        thread_local std::string key;
+        CacheKeyInto(path, key);
+        const std::int64_t index = CacheFind(ctx.cache, key);
+        if (index < 1) {
+            return std::nullopt;
+        }
+        return std::string(ctx.cache.DateOf(index));
+    };
+}
 
 ScanSetup CacheScanSetup(SongLookupContext& ctx, FolderLister& lister, int filterMode,
                          ScanProgressFn progress, int readAheadThreads) {
@@ -22,13 +39,8 @@ ScanSetup CacheScanSetup(SongLookupContext& ctx, FolderLister& lister, int filte
     setup.Lister = &lister;
     setup.FilterMode = filterMode;
     setup.ReadSong = ReadThroughCache(ctx);
-    setup.CacheStamp = [&ctx](std::string_view path) -> std::optional<std::string> {
-        const std::int64_t index = CacheFind(ctx.cache, CacheKeyOf(path));
-        if (index < 1) {
-            return std::nullopt;
-        }
-        return std::string(ctx.cache.DateOf(index));
-    };
+    setup.ReadSongView = ViewThroughCache(ctx);
+    setup.CacheStamp = CacheStampsOf(ctx);
     setup.Progress = std::move(progress);
     setup.ReadAheadThreads = readAheadThreads;
     return setup;
@@ -36,7 +48,7 @@ ScanSetup CacheScanSetup(SongLookupContext& ctx, FolderLister& lister, int filte
 
 bool ScanAddSong(std::string path, RowList& rows, int filterMode, SongLookupContext& ctx,
                  const PrefetchedBytes* prefetched) {
-    return ScanAddSong(std::move(path), rows, filterMode, ReadThroughCache(ctx), prefetched);
+    return ScanAddSong(std::move(path), rows, filterMode, ViewThroughCache(ctx), prefetched);
 }
 
 }  // namespace jk

@@ -13,6 +13,10 @@
 
 namespace jk {
 
+// The stamps of the cache slots that files would find, for a read-ahead to skip the files the
+// cache will answer. `ctx` must outlive it.
+CacheStampLookup CacheStampsOf(SongLookupContext& ctx);
+
 // A scan set-up over `ctx`'s cache. `ctx` must outlive the scans that use it.
 ScanSetup CacheScanSetup(SongLookupContext& ctx, FolderLister& lister, int filterMode,
                          ScanProgressFn progress = {},

@@ -24,6 +24,7 @@ struct ScanSetup {
     FolderLister* Lister = nullptr;
     int FilterMode = kFilterMp3;
     SongReadFn ReadSong;          // the song through the cache, on the scan's thread
+    SongViewFn ReadSongView;      // the same as a view; taken over ReadSong when given
     CacheStampLookup CacheStamp;  // lets read-ahead skip files the cache will answer; optional
     ScanProgressFn Progress;      // optional; false stops the scan
     int ReadAheadThreads = kDefaultReadAheadThreads;

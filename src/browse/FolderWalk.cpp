@@ -72,30 +72,31 @@ void FolderWalk::Walk(const std::string& path, bool stayOnFilesystem) {
     }
     const bool threaded = planner.joinable();
 
-    for (;;) {
+    bool stopped = false;
+    while (!stopped) {
+        // A folder stays in place in the queue while the planner adds others behind it.
         PlannedFolder* folder = NextPlanned(threaded);
         if (folder == nullptr) {
             break;
         }
-        if (!folder->begun) {
-            // The stop is tested before each sub-folder, as before each file.
-            if (!folder->isStart && m_cancelled) {
-                break;
-            }
-            folder->begun = true;
-            Report(folder->status, 0);
+        // The stop is tested before each sub-folder, as before each file.
+        if (!folder->isStart && m_cancelled) {
+            break;
         }
-        if (folder->scanned < folder->files) {
+        Report(folder->status, 0);
+        while (folder->scanned < folder->files) {
             if (m_cancelled) {
+                stopped = true;
                 break;
             }
             m_scanner.ScanNext();
             ++folder->scanned;
             FileScanned(threaded);
             Report(folder->status, ScanProgressValue(folder->scanned, folder->files));
-            continue;
         }
-        FolderDone(threaded);
+        if (!stopped) {
+            FolderDone(threaded);
+        }
     }
 
     if (threaded) {
@@ -137,10 +138,13 @@ bool FolderWalk::PlannerShouldWakeLocked() const {
 }
 
 void FolderWalk::FileScanned(bool threaded) {
-    std::lock_guard lock(m_planMutex);
-    --m_filesAhead;
-    if (threaded && PlannerShouldWakeLocked()) {
-        m_plannerCv.notify_one();
+    // The lock is taken only when the planner may be due a wake-up.
+    const std::size_t ahead = m_filesAhead.fetch_sub(1, std::memory_order_relaxed) - 1;
+    if (threaded && ahead <= m_wanted / 2) {
+        std::lock_guard lock(m_planMutex);
+        if (PlannerShouldWakeLocked()) {
+            m_plannerCv.notify_one();
+        }
     }
 }
 

@@ -93,7 +93,6 @@ private:
         std::size_t files = 0;
         std::size_t scanned = 0;
         bool isStart = false;
-        bool begun = false;
     };
     // A folder of the depth-first descent whose sub-folders are not all planned yet.
     struct Frame {
@@ -129,7 +128,9 @@ private:
     std::condition_variable m_plannerCv;  // the planner waits for room ahead
     std::condition_variable m_walkCv;     // the walk's thread waits for a planned folder
     std::deque<PlannedFolder> m_planned;
-    std::size_t m_filesAhead = 0;
+    // Files announced and not yet scanned; changed by both threads, read under the lock where
+    // a wake-up depends on it.
+    std::atomic<std::size_t> m_filesAhead = 0;
     std::size_t m_wanted = 0;
     bool m_planDone = false;
     bool m_stopPlanning = false;

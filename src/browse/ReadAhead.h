@@ -1,12 +1,16 @@
 #pragma once
 
-// Reading ahead of a walk. While the walk's thread reads songs one by one in walk order, a few
-// workers read the files the walk has announced (their status, and for a file the song cache
-// cannot answer, its head and tail), across folder boundaries, so that the walk's thread rarely
-// waits for the disk. The walk's thread alone touches the song cache and the rows: it asks the
-// cache about the files just ahead of the one it scans before any worker may take them, and a
-// file the cache will answer is never opened. The workers only read files.
+// Reading ahead of a walk. While the walk's thread reads songs one by one in walk order, a
+// worker looks at the files just ahead of it: their status, and for a file the song cache
+// cannot answer, the head and tail the song reader wants. The walk's thread never sits idle
+// while there is such work: when its next file is not ready it takes that file itself, or helps
+// with the files behind it until the worker is done. A file whose bytes are not all in memory
+// is left to the workers, more of which wake while files keep the disk busy, so that many are
+// under way at once. The walk's thread alone touches the song cache and the rows: it asks the
+// cache about the files ahead before anyone may take them, and a file the cache will answer is
+// never opened.
 
+#include <atomic>
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
@@ -21,11 +25,11 @@
 
 #include "browse/FolderWalk.h"
 #include "metadata/SongFileReader.h"
+#include "util/FileIo.h"
 
 namespace jk {
 
-// Reads one file on the walk's thread, with what the workers read of it (null when they read
-// nothing).
+// Reads one file on the walk's thread, with what was read of it ahead (null when nothing was).
 using SongConsumer = std::function<void(std::string& path, const PrefetchedBytes* prefetched)>;
 
 // The date stamp ("yyyymmddhhnnss") of the song cache slot that the file at a (trimmed) path
@@ -37,61 +41,101 @@ inline constexpr int kDefaultReadAheadThreads = 8;
 class ReadAheadScanner final : public SongScanner {
 public:
     // `filterMode` decides which files are worth reading ahead (the song scan applies it again).
-    // With `threads` at 0 every file is read on the walk's thread. No worker outlives this
-    // object.
+    // With `threads` at 0 nothing is read ahead: each file is read when its turn comes. Workers,
+    // up to `threads`, start when there is work for them; none outlives this object.
     ReadAheadScanner(int filterMode, SongConsumer consumer, CacheStampLookup cacheStamp,
                      int threads = kDefaultReadAheadThreads);
     ~ReadAheadScanner() override;
     ReadAheadScanner(const ReadAheadScanner&) = delete;
     ReadAheadScanner& operator=(const ReadAheadScanner&) = delete;
 
-    std::size_t LookAhead() const override { return m_workers.empty() ? 0 : m_window; }
+    std::size_t LookAhead() const override { return m_window; }
     void Announce(std::string path) override;
     void ScanNext() override;
     void DropAnnounced() override;
 
-    std::size_t WorkerCount() const { return m_workers.size(); }
+    // The workers started so far.
+    std::size_t WorkerCount() const;
 
 private:
-    // Unstamped: announced, waiting for the walk's thread to ask the cache about it; Pending:
-    // free for a worker; Claimed: a worker reads it; Ready: belongs to the walk's thread.
-    enum class SlotState : unsigned char { Unstamped, Pending, Claimed, Ready };
-
-    // A whole folder is announced at once, so a slot stays small until a worker fills it.
-    struct Slot {
-        std::string path;
-        std::string cachedStamp;  // the stamp of the cache slot the file would hit, or empty
-        SlotState state = SlotState::Pending;
-        std::unique_ptr<PrefetchedBytes> bytes;  // what a worker read, or null
+    enum class SlotState : unsigned char {
+        Unstamped,  // announced; the walk's thread has not asked the cache about it yet
+        Pending,    // free for whoever comes to it first
+        Claimed,    // being read, by a worker or by the walk's thread
+        Ready,      // read ahead (or nothing to read); belongs to the walk's thread
     };
 
-    void WorkerLoop();
-    void StampAhead();
-    static void Prefetch(Slot& slot);
+    // Slots stay in place in their deque while others come and go, so whoever claimed one may
+    // fill it outside the lock.
+    struct Slot {
+        std::string path;
+        std::string cachedStamp;                 // of the cache slot it would hit, or empty
+        std::unique_ptr<PrefetchedBytes> bytes;  // null when nothing is to be read ahead
+        ReadFile file;  // open while bytes asked of the disk are on their way
+        std::size_t position = 0;
+        std::atomic<SlotState> state = SlotState::Unstamped;
+        bool onItsWay = false;  // ready, but some of its bytes are still coming from the disk
+        bool mustWait = false;  // its file system can't tell what memory holds: a worker waits
+    };
+
+    enum class Wait : bool { ForDisk, Never };
+    // How far a read ahead got: all there; the rest asked of the disk; or the file system can't
+    // tell what memory holds, so only waiting for the disk will do.
+    enum class Outcome : unsigned char { Done, OnItsWay, Unknown };
+
+    void StampAhead(bool needFront);
+    Slot* ClaimLocked(bool fromMemoryOnly);
     std::size_t ClaimableLocked() const;
-    void WakeWorkersLocked(bool walkStarved);
+    void WakeWorkersLocked(std::size_t wanted);
+    void WorkerLoop();
+    // The folder a thread looked at last, held open.
+    class HeldFolder {
+    public:
+        struct Place {
+            const FolderHandle* folder;  // null: `name` is the whole path
+            std::string name;
+        };
+        Place Of(std::string_view path);
+
+    private:
+        std::string m_path;
+        FolderHandle m_handle;
+    };
+
+    Outcome ReadAheadOf(Slot& slot, Wait wait, HeldFolder& folder);
+    void SettleLocked(Slot& slot, Outcome outcome);
+    void ReleaseFile(Slot& slot);
+    bool HelpLocked(std::unique_lock<std::mutex>& lock);
+    void MakeFrontReady(Slot& front, std::unique_lock<std::mutex>& lock);
+    std::unique_ptr<PrefetchedBytes> SpareBytes();
+    void KeepSpare(std::unique_ptr<PrefetchedBytes> bytes);
 
     int m_filterMode;
     SongConsumer m_consumer;
     CacheStampLookup m_cacheStamp;
-    std::size_t m_window = 0;
+    std::size_t m_threads;
+    std::size_t m_window;  // how many files ahead of the walk's thread are looked at
 
-    std::mutex m_mutex;
+    // The walk's thread only.
+    HeldFolder m_walkFolder;
+    std::vector<Slot*> m_toStamp;
+    std::vector<std::unique_ptr<PrefetchedBytes>> m_spare;
+
+    // Positions count the files announced since the start: m_slots.front() is m_front.
+    mutable std::mutex m_mutex;
     std::condition_variable m_workCv;   // workers wait here for files to read
     std::condition_variable m_readyCv;  // the walk's thread waits here for a file under way
-    // Announced files not yet scanned; a deque keeps each slot in place while others come and
-    // go, so a worker may fill its slot outside the lock. Positions count from the first file
-    // ever announced: m_slots.front() is position m_front.
-    std::deque<Slot> m_slots;
+    std::deque<Slot> m_slots;           // announced and not yet scanned, in walk order
     std::size_t m_front = 0;
-    std::size_t m_stamped = 0;  // slots before this position need no more word from the cache
-    std::size_t m_nextClaim = 0;
-    std::size_t m_inFlight = 0;
+    std::size_t m_stamped = 0;    // slots before this position are stamped
+    std::size_t m_nextClaim = 0;  // no slot before this position is Pending
+    std::size_t m_reading = 0;    // slots that workers read now
     std::size_t m_idleWorkers = 0;
+    std::atomic<std::size_t> m_batches = 0;  // batches stamped so far
+    std::atomic<std::size_t> m_heldFiles = 0;
     bool m_walkWaiting = false;
     bool m_stop = false;
     std::vector<std::thread> m_workers;
-    std::vector<Slot*> m_toStamp;
 };
 
 }  // namespace jk

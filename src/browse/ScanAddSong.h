@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 
+#include "metadata/GetSongInfo.h"
 #include "metadata/SongFileReader.h"
 #include "metadata/SongInfo.h"
 #include "playback/ListRow.h"
@@ -13,15 +14,22 @@
 namespace jk {
 
 // Reads one song through the song cache; `path` is trimmed in place. `prefetched` holds what a
-// read-ahead worker already read of the file, or is null.
+// read-ahead already read of the file, or is null.
 using SongReadFn = std::function<SongInfo(std::string& path, const PrefetchedBytes* prefetched)>;
+// The same as GetSongView gives it: false for a file that can't be read; a song read from its
+// file goes into `read` and the view shows it there.
+using SongViewFn = std::function<bool(std::string& path, const PrefetchedBytes* prefetched,
+                                      SongInfo& read, SongView& view)>;
 
 // The row of a song read for `path` (the trimmed path the song was read under).
+ListRow FilesPaneRow(const SongView& song, std::string_view path);
 ListRow FilesPaneRow(const SongInfo& song, std::string_view path);
 
 // Filters `path`, reads the song and appends its row to `rows`. Returns false, adding nothing,
 // for a file the filter or the refused folders turn away and for an unreadable file.
 bool ScanAddSong(std::string path, RowList& rows, int filterMode, const SongReadFn& readSong,
+                 const PrefetchedBytes* prefetched = nullptr);
+bool ScanAddSong(std::string path, RowList& rows, int filterMode, const SongViewFn& viewSong,
                  const PrefetchedBytes* prefetched = nullptr);
 
 }  // namespace jk

@@ -1,6 +1,8 @@
 #include "browse/WalkRules.h"
 
 #include <array>
+#include <cstdint>
+#include <cstring>
 #include <string>
 
 #include "util/StringHelpers.h"
@@ -31,45 +33,74 @@ char AsciiLowerChar(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-// True when the lower-cased `text` holds `needle` (lower-case ASCII). Only two characters
-// outside ASCII lower-case into it (the dotted capital I and the Kelvin sign); a text without
-// them is searched as it stands, byte by byte with A-Z folded, which gives the same answer
-// without building a lower-cased copy of every path.
-bool LowerHolds(std::string_view text, std::string_view needle) {
+// Only two characters outside ASCII lower-case into it: the dotted capital I and the Kelvin
+// sign. A text without them, with A-Z folded and every other byte left as it is, holds a
+// lower-case ASCII needle exactly where its lower-cased form does, so no lower-cased copy of
+// every path is made.
+bool FoldsLikeAscii(std::string_view text) {
     static constexpr std::string_view kDottedCapitalI = "\xC4\xB0";
     static constexpr std::string_view kKelvinSign = "\xE2\x84\xAA";
-    if (!IsAscii(text) && (text.find(kDottedCapitalI) != std::string_view::npos ||
-                           text.find(kKelvinSign) != std::string_view::npos)) {
-        return ToLower(text).find(needle) != std::string::npos;
-    }
-    if (needle.size() > text.size()) {
-        return false;
-    }
-    for (std::size_t i = 0; i + needle.size() <= text.size(); ++i) {
-        std::size_t k = 0;
-        while (k < needle.size() && AsciiLowerChar(text[i + k]) == needle[k]) {
-            ++k;
-        }
-        if (k == needle.size()) {
-            return true;
-        }
-    }
-    return false;
+    return text.find(kDottedCapitalI) == std::string_view::npos &&
+           text.find(kKelvinSign) == std::string_view::npos;
 }
 
-// The last four characters of a name, lower-cased (the whole name when it is shorter).
-std::string LastFourLowered(std::string_view name) {
-    const std::string_view tail = name.size() >= 4 && IsAscii(name.substr(name.size() - 4))
-                                      ? name.substr(name.size() - 4)
-                                      : CharRight(name, 4);
-    if (IsAscii(tail)) {
-        std::string out(tail);
-        for (char& c : out) {
-            c = AsciiLowerChar(c);
-        }
-        return out;
+// Eight bytes with A-Z folded at once; bytes outside ASCII stay as they are.
+std::uint64_t FoldWord(std::uint64_t word) {
+    constexpr std::uint64_t kHigh = 0x8080808080808080ull;
+    constexpr std::uint64_t kLow7 = 0x7F7F7F7F7F7F7F7Full;
+    const std::uint64_t low = word & kLow7;
+    const std::uint64_t atLeastA = (low + 0x3F3F3F3F3F3F3F3Full) & kHigh;  // 0x80 - 'A'
+    const std::uint64_t pastZ = (low + 0x2525252525252525ull) & kHigh;     // 0x80 - ('Z' + 1)
+    const std::uint64_t capital = atLeastA & ~pastZ & ~(word & kHigh);
+    return word | (capital >> 2);  // 0x20 on each capital
+}
+
+// `text` with A-Z folded into `out`; true when it holds any byte outside ASCII.
+bool FoldInto(std::string_view text, std::string& out) {
+    out.resize(text.size());
+    std::uint64_t high = 0;
+    std::size_t i = 0;
+    for (; i + 8 <= text.size(); i += 8) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, text.data() + i, 8);
+        high |= word;
+        word = FoldWord(word);
+        std::memcpy(out.data() + i, &word, 8);
     }
-    return ToLower(tail);
+    for (; i < text.size(); ++i) {
+        high |= static_cast<unsigned char>(text[i]);
+        out[i] = AsciiLowerChar(text[i]);
+    }
+    return (high & 0x8080808080808080ull) != 0;
+}
+
+// `text` in a form that holds a lower-case ASCII needle where ToLower(text) does: folded when
+// that gives the same answer, else lower-cased. Good until the thread's next call.
+std::string_view SearchableLower(std::string_view text) {
+    thread_local std::string lowered;
+    if (FoldInto(text, lowered) && !FoldsLikeAscii(text)) {
+        lowered = ToLower(text);
+    }
+    return lowered;
+}
+
+bool Holds(std::string_view text, std::string_view needle) {
+    return text.find(needle) != std::string_view::npos;
+}
+
+// The last four characters of a name, lower-cased (the whole name when it is shorter), into
+// `out`.
+std::string_view LastFourLowered(std::string_view name, char (&out)[4]) {
+    const std::string_view tail = name.size() >= 4 ? name.substr(name.size() - 4) : name;
+    if (IsAscii(tail)) {
+        for (std::size_t i = 0; i < tail.size(); ++i) {
+            out[i] = AsciiLowerChar(tail[i]);
+        }
+        return {out, tail.size()};
+    }
+    thread_local std::string lowered;
+    lowered = ToLower(CharRight(name, 4));
+    return lowered;
 }
 
 bool IsTrashFolderName(std::string_view name) {
@@ -87,7 +118,9 @@ bool IsTrashFolderName(std::string_view name) {
 
 bool IsInsideTrash(std::string_view path) {
     const std::size_t lastSlash = path.find_last_of('/');
-    if (lastSlash == std::string_view::npos) {
+    // Every trash folder's name holds "Trash": most paths are done with at one search.
+    if (lastSlash == std::string_view::npos ||
+        path.substr(0, lastSlash).find("Trash") == std::string_view::npos) {
         return false;
     }
     // Only the folders of the path count, not the file's own name.
@@ -112,11 +145,12 @@ bool IsInsideTrash(std::string_view path) {
 }  // namespace
 
 bool PassesFilter(std::string_view nameOrPath, int filterMode) {
+    char buffer[4];
     switch (filterMode) {
         case kFilterMp3:
-            return LastFourLowered(nameOrPath) == ".mp3";
+            return LastFourLowered(nameOrPath, buffer) == ".mp3";
         case kFilterMpAny:
-            return CharLeft(LastFourLowered(nameOrPath), 3) == ".mp";
+            return CharLeft(LastFourLowered(nameOrPath, buffer), 3) == ".mp";
         case kFilterAll:
             return true;
         default:
@@ -125,11 +159,12 @@ bool PassesFilter(std::string_view nameOrPath, int filterMode) {
 }
 
 bool IsRefusedSongPath(std::string_view path) {
-    return LowerHolds(path, "recycle") || LowerHolds(path, "windows/recent") || IsInsideTrash(path);
+    const std::string_view lower = SearchableLower(path);
+    return Holds(lower, "recycle") || Holds(lower, "windows/recent") || IsInsideTrash(path);
 }
 
 bool IsTemporaryInternetFolder(std::string_view path) {
-    return LowerHolds(path, "temporary internet");
+    return Holds(SearchableLower(path), "temporary internet");
 }
 
 bool IsSystemFolder(std::string_view path) {

@@ -153,18 +153,25 @@ void KeepDamagedCopy(const std::string& path, const std::string& copyPath) {
     }
 }
 
-// The records written in one string of the exact size, then to the file in one go.
+// The records go to the file in pieces of about this size, so that a cache of any size is never
+// held a second time as one string.
+constexpr std::size_t kWritePieceBytes = std::size_t{1} << 20;
+
 template <class Records>
-IoResult WriteVBaseFile(const std::string& path, std::int64_t count, std::size_t recordBytes,
-                        const Records& forEachFields) {
-    std::string out;
-    out.reserve(kVBaseHeaderBytes + recordBytes);
-    AppendVBaseHeader(out, kVBaseVersion100, count);
-    const std::size_t header = out.size();
-    out.resize(header + recordBytes);
-    char* cursor = out.data() + header;
-    forEachFields([&](const SongFieldViews& fields) { cursor = WriteVBaseRecord(cursor, fields); });
-    return WriteFileAtomically(path, out);
+IoResult WriteVBaseFile(const std::string& path, std::int64_t count, const Records& forEachFields) {
+    AtomicFileWriter file(path);
+    std::string piece;
+    piece.reserve(kWritePieceBytes + kVBaseHeaderBytes);
+    AppendVBaseHeader(piece, kVBaseVersion100, count);
+    forEachFields([&](const SongFieldViews& fields) {
+        AppendVBaseRecord(piece, fields);
+        if (piece.size() >= kWritePieceBytes) {
+            file.Write(piece);
+            piece.clear();
+        }
+    });
+    file.Write(piece);
+    return file.Commit();
 }
 
 SongFieldViews FieldsOf(const SongInfo& song) {
@@ -203,33 +210,28 @@ bool LoadVBaseFromBytes(std::string_view bytes, std::string_view fileName,
 }
 
 IoResult SaveVBase(const std::string& path, SongCache& cache) {
-    std::size_t recordBytes = 0;
-    cache.ForEach([&](std::int64_t, PackedSong& record) {
+    cache.ForEach([](std::int64_t, PackedSong& record) {
         if (record.Track() > 0) {
             record.SetField(kKeyAlbum, WithTrackSuffix(record.Field(kKeyAlbum), record.Track()));
         }
-        recordBytes += VBaseRecordBytes(record.Fields());
     });
     const SongCache& records = cache;
-    return WriteVBaseFile(path, cache.UpperBound(), recordBytes, [&](const auto& write) {
+    return WriteVBaseFile(path, cache.UpperBound(), [&](const auto& write) {
         records.ForEach([&](std::int64_t, const PackedSong& record) { write(record.Fields()); });
     });
 }
 
 IoResult SaveVBase(const std::string& path, std::span<SongInfo> songs) {
-    std::size_t recordBytes = 0;
     for (SongInfo& song : songs) {
         if (song.Track > 0) {
             song.Album = WithTrackSuffix(song.Album, song.Track);
         }
-        recordBytes += VBaseRecordBytes(FieldsOf(song));
     }
-    return WriteVBaseFile(path, static_cast<std::int64_t>(songs.size()), recordBytes,
-                          [&](const auto& write) {
-                              for (const SongInfo& song : songs) {
-                                  write(FieldsOf(song));
-                              }
-                          });
+    return WriteVBaseFile(path, static_cast<std::int64_t>(songs.size()), [&](const auto& write) {
+        for (const SongInfo& song : songs) {
+            write(FieldsOf(song));
+        }
+    });
 }
 
 void LoadCache(SongCache& cache, const std::string& dataFolder, const LoadProgress& progress) {

@@ -38,31 +38,65 @@ bool Count(std::int32_t& counter) {
 
 }  // namespace
 
+namespace {
+
+void AppendTrackDigits(std::string& out, std::int16_t track) {
+    if (track < 100) {
+        out.push_back(static_cast<char>('0' + track / 10));
+        out.push_back(static_cast<char>('0' + track % 10));
+    } else {
+        out.append(FormatZeroPadded(track, 2));
+    }
+}
+
+// The track of an Album that ends in " - NN" (or is "- NN"), else 0.
+std::int16_t TrackOfSuffix(std::string_view album) {
+    const std::size_t count = CharCount(album);
+    if (count < 4) {
+        return 0;
+    }
+    const bool marked =
+        count == 4 ? CharLeft(album, 2) == "- " : CharMid(album, count - 4, 3) == " - ";
+    return marked ? ToInt16(Val(CharRight(album, 2))).value_or(0) : 0;
+}
+
+}  // namespace
+
 void ApplyTrackSuffix(SongInfo& song) {
     if (song.Track > 0) {
         // RTrim(CutAtNull(Album)) is a beginning of Album: cut it there, in place.
         song.Album.resize(RTrim(CutAtNull(song.Album)).size());
         song.Album.append(" - ");
-        if (song.Track < 100) {
-            song.Album.push_back(static_cast<char>('0' + song.Track / 10));
-            song.Album.push_back(static_cast<char>('0' + song.Track % 10));
-        } else {
-            song.Album.append(FormatZeroPadded(song.Track, 2));
-        }
+        AppendTrackDigits(song.Album, song.Track);
         return;
     }
-    if (song.Track != 0) {
-        return;
+    if (song.Track == 0) {
+        song.Track = TrackOfSuffix(song.Album);
     }
-    const std::size_t count = CharCount(song.Album);
-    if (count < 4) {
-        return;
-    }
-    const bool marked =
-        count == 4 ? CharLeft(song.Album, 2) == "- " : CharMid(song.Album, count - 4, 3) == " - ";
-    if (marked) {
-        song.Track = ToInt16(Val(CharRight(song.Album, 2))).value_or(0);
-    }
+}
+
+SongView ViewOf(const SongInfo& song) {
+    SongView view;
+    view.Title = song.Title;
+    view.Artist = song.Artist;
+    view.Album = song.Album;
+    view.Comment = song.Comment;
+    view.Genre = song.Genre;
+    view.Year = song.Year;
+    view.Bitrate = song.Bitrate;
+    view.Date = song.Date;
+    view.Size = song.Size;
+    view.Time = song.Time;
+    view.Path = song.Path;
+    view.Volume = song.Volume;
+    view.LastUsed = song.LastUsed;
+    view.Reserved = song.Reserved;
+    view.Track = song.Track;
+    return view;
+}
+
+bool IsNonExistant(const SongView& song) {
+    return RTrim(song.Title) == kFileNonExistant;
 }
 
 namespace {
@@ -98,10 +132,81 @@ void TakeHit(const PackedSong& slot, const std::string& path, const LocalMoment&
     song.Date = fileTime.LocaleText();
 }
 
-// GetSongInfo into `song`, a blank record, without the Album rules; false when the file is
-// missing, too short or not counted (a read that fails gives the mark itself).
-bool LookUp(std::string& path, bool noCache, SongLookupContext& ctx,
-            const PrefetchedBytes* prefetched, SongInfo& song) {
+// The locale's text of a file's date (whose stamp is `stamp`), kept for the last date asked:
+// the songs of a folder are often written in the same second.
+std::string_view DateTextOf(std::string_view stamp, const LocalMoment& fileTime) {
+    thread_local std::string lastStamp;
+    thread_local std::string text;
+    if (lastStamp.empty() || lastStamp != stamp) {
+        text = fileTime.LocaleText();
+        lastStamp.assign(stamp);
+    }
+    return text;
+}
+
+// The hit as a view: what TakeHit and the Album rules make of the slot, without copying texts
+// that stand as they are.
+void ViewHit(const PackedSong& slot, const std::string& path, std::string_view stamp,
+             const LocalMoment& fileTime, bool exactTimes, std::string_view lastUsed,
+             SongView& view) {
+    thread_local std::string time;
+    thread_local std::string album;
+    view.Title = slot.Field(kKeyTitle);
+    view.Artist = slot.Field(kKeyArtist);
+    view.Album = slot.Field(kKeyAlbum);
+    view.Comment = slot.Field(kKeyComment);
+    view.Genre = slot.Field(kKeyGenre);
+    view.Year = slot.Field(kKeyYear);
+    view.Bitrate = slot.Field(kKeyBitrate);
+    view.Size = slot.Field(kKeySize);
+    view.Volume = slot.Field(kKeyVolume);
+    view.Path = path;
+    time = ShownTime(slot.Field(kKeyTime), exactTimes);
+    view.Time = time;
+    view.Date = DateTextOf(stamp, fileTime);
+    view.LastUsed = lastUsed;
+    view.Reserved = slot.Reserved();
+    view.Track = slot.Track();
+    if (IsNonExistant(view)) {
+        return;  // such a record is the mark, and keeps its Album
+    }
+    if (view.Track > 0) {
+        album.assign(RTrim(CutAtNull(view.Album)));
+        album.append(" - ");
+        AppendTrackDigits(album, view.Track);
+        view.Album = album;
+    } else if (view.Track == 0) {
+        view.Track = TrackOfSuffix(view.Album);
+    }
+}
+
+// A file's date in local time and as a stamp, kept for the last date asked on this thread:
+// files written together often share their second.
+struct FileTime {
+    std::int64_t seconds = 0;
+    LocalMoment moment{0};
+    std::string stamp;
+};
+
+const FileTime& FileTimeOf(std::int64_t modifiedSeconds) {
+    thread_local FileTime last;
+    if (last.stamp.empty() || last.seconds != modifiedSeconds) {
+        last.seconds = modifiedSeconds;
+        last.moment = LocalMoment(modifiedSeconds);
+        last.stamp = last.moment.Stamp14();
+    }
+    return last;
+}
+
+// What a lookup came to.
+enum class Found { Nothing, Read, Hit };
+
+// GetSongInfo up to the record: false when the file is missing, too short or not counted;
+// true with `song` read (a read that fails gives the mark itself) or, on a hit, with `onHit`
+// called with the slot, the file's stamp and its time, before the slot's LastUsed is stamped.
+template <class OnHit>
+Found LookUp(std::string& path, bool noCache, SongLookupContext& ctx,
+             const PrefetchedBytes* prefetched, SongInfo& song, const OnHit& onHit) {
     const std::string_view trimmed = Trim(path);
     if (trimmed.size() != path.size()) {
         path = std::string(trimmed);
@@ -128,29 +233,29 @@ bool LookUp(std::string& path, bool noCache, SongLookupContext& ctx,
     }
     // A folder named like a song is no song.
     if (!status.exists || !status.isRegular || status.size < kSmallestSongFile) {
-        return false;
+        return Found::Nothing;
     }
     if (!Count(ctx.totalCacheHits)) {
-        return false;
+        return Found::Nothing;
     }
     if (index == -1) {
         ReadAndAdd(path, key, status, noCache, ctx, prefetched, &file, song);
-        return true;
+        return Found::Read;
     }
     // A stale slot counts as a hit too: the count comes before the date test.
     if (!Count(ctx.cacheHits)) {
-        return false;
+        return Found::Nothing;
     }
-    const LocalMoment fileTime(status.modifiedSeconds);
+    const FileTime& fileTime = FileTimeOf(status.modifiedSeconds);
+    const std::string_view stamp = fileTime.stamp;
     // (The slot is null only for index 0, the blank slot, whose empty date never matches.)
-    if (slot != nullptr && slot->Field(kKeyDate) == fileTime.Stamp14()) {
-        TakeHit(*slot, path, fileTime, ctx.options.exactTimes, song);
-        slot->SetField(kKeyLastUsed, NowOf(ctx));
-        return true;
+    if (slot != nullptr && slot->Field(kKeyDate) == stamp) {
+        onHit(*slot, stamp, fileTime.moment);
+        return Found::Hit;
     }
     // The stale slot stays; optimising the cache removes it later.
     ReadAndAdd(path, key, status, noCache, ctx, prefetched, nullptr, song);
-    return true;
+    return Found::Read;
 }
 
 }  // namespace
@@ -175,12 +280,47 @@ SongInfo ReadSongFile(const std::string& path, bool noCache, SongLookupContext& 
 SongInfo GetSongInfo(std::string& path, bool noCache, SongLookupContext& ctx,
                      const PrefetchedBytes* prefetched) {
     SongInfo song;
-    if (!LookUp(path, noCache, ctx, prefetched, song)) {
+    const auto onHit = [&](PackedSong& slot, std::string_view, const LocalMoment& fileTime) {
+        TakeHit(slot, path, fileTime, ctx.options.exactTimes, song);
+        slot.SetField(kKeyLastUsed, NowOf(ctx));
+    };
+    if (LookUp(path, noCache, ctx, prefetched, song, onHit) == Found::Nothing) {
         song = NonExistantSong();
     } else if (!IsNonExistant(song)) {
         ApplyTrackSuffix(song);
     }
     return song;
+}
+
+bool GetSongView(std::string& path, bool noCache, SongLookupContext& ctx,
+                 const PrefetchedBytes* prefetched, SongInfo& read, SongView& view) {
+    SongView hit;
+    const auto onHit = [&](PackedSong& slot, std::string_view stamp, const LocalMoment& fileTime) {
+        // The song shows the LastUsed it had before this hit; stamping may move the slot's
+        // texts, so the views are taken afterwards.
+        thread_local std::string lastUsed;
+        lastUsed.assign(slot.Field(kKeyLastUsed));
+        slot.SetField(kKeyLastUsed, NowOf(ctx));
+        ViewHit(slot, path, stamp, fileTime, ctx.options.exactTimes, lastUsed, hit);
+    };
+    switch (LookUp(path, noCache, ctx, prefetched, read, onHit)) {
+        case Found::Nothing:
+            return false;
+        case Found::Hit:
+            if (IsNonExistant(hit)) {
+                return false;
+            }
+            view = hit;
+            return true;
+        case Found::Read:
+            break;
+    }
+    if (IsNonExistant(read)) {
+        return false;
+    }
+    ApplyTrackSuffix(read);
+    view = ViewOf(read);
+    return true;
 }
 
 }  // namespace jk

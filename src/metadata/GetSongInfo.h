@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "metadata/SongFileReader.h"
 #include "metadata/SongInfo.h"
@@ -30,6 +31,39 @@ struct SongLookupContext {
 // status (and bytes) when a read-ahead already took them.
 SongInfo GetSongInfo(std::string& path, bool noCache, SongLookupContext& ctx,
                      const PrefetchedBytes* prefetched = nullptr);
+
+// A song as GetSongInfo gives it, seen in place rather than copied: on a cache hit the texts
+// point into the cached record and into buffers of the calling thread, so a caller that only
+// copies them on (into a row) builds no record. The views hold until the same thread looks up
+// its next song or the cache changes.
+struct SongView {
+    std::string_view Title;
+    std::string_view Artist;
+    std::string_view Album;
+    std::string_view Comment;
+    std::string_view Genre;
+    std::string_view Year;
+    std::string_view Bitrate;
+    std::string_view Date;
+    std::string_view Size;
+    std::string_view Time;
+    std::string_view Path;
+    std::string_view Volume;
+    std::string_view LastUsed;
+    std::int16_t Reserved = 0;
+    std::int16_t Track = 0;
+};
+
+// The view of a record; it holds while `song` does.
+SongView ViewOf(const SongInfo& song);
+// True when RTrim(Title) is the failure mark, as for a SongInfo.
+bool IsNonExistant(const SongView& song);
+
+// GetSongInfo, giving the song as a view. A song read from the file is filled into `read` and
+// viewed there; a cache hit fills nothing. False, leaving `view` as it was, for the "File
+// non-existant" record.
+bool GetSongView(std::string& path, bool noCache, SongLookupContext& ctx,
+                 const PrefetchedBytes* prefetched, SongInfo& read, SongView& view);
 
 // Reads the file with no cache lookup, and adds the record to the cache unless `noCache` (a
 // failed read is never added). `status` is the file's status, taken by the caller.

@@ -1,6 +1,8 @@
 #include "playback/ListLines.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 #include "util/Codepage.h"
 #include "util/Utf8.h"
@@ -86,6 +88,28 @@ bool StartsWithNoCase(std::string_view text, std::string_view prefix) {
     return true;
 }
 
+// The first CR or LF at or after `pos`, or npos. The text is searched a block at a time for
+// each of the two, so that a file whose lines all end the other way is not searched to its end
+// for every line.
+std::size_t LineEndFrom(std::string_view text, std::size_t pos) {
+    constexpr std::size_t kBlock = 256;
+    while (pos < text.size()) {
+        const std::size_t length = std::min(kBlock, text.size() - pos);
+        const char* block = text.data() + pos;
+        const auto* lf = static_cast<const char*>(std::memchr(block, '\n', length));
+        const std::size_t searched = lf != nullptr ? static_cast<std::size_t>(lf - block) : length;
+        const auto* cr = static_cast<const char*>(std::memchr(block, '\r', searched));
+        if (cr != nullptr) {
+            return pos + static_cast<std::size_t>(cr - block);
+        }
+        if (lf != nullptr) {
+            return pos + searched;
+        }
+        pos += length;
+    }
+    return std::string_view::npos;
+}
+
 }  // namespace
 
 std::string PrepareListText(std::string bytes) {
@@ -107,7 +131,7 @@ bool NextListLine(std::string_view text, std::size_t& pos, std::string_view& lin
     if (pos >= text.size()) {
         return false;
     }
-    const std::size_t end = text.find_first_of("\r\n", pos);
+    const std::size_t end = LineEndFrom(text, pos);
     if (end == std::string_view::npos) {
         line = text.substr(pos);
         pos = text.size();

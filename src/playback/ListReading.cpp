@@ -1,6 +1,10 @@
 #include "playback/ListReading.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <vector>
 
 #include "playback/ListLines.h"
 #include "playback/ListPaths.h"
@@ -13,6 +17,39 @@ namespace jk {
 
 namespace {
 
+// IsValidUtf8, passing over the plain ASCII that most paths begin with eight bytes at a time:
+// the first byte that isn't ASCII begins a character, so the rest is checked from there.
+bool IsUtf8Line(std::string_view line) {
+    std::size_t i = 0;
+    for (; i + 8 <= line.size(); i += 8) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, line.data() + i, 8);
+        if ((word & 0x8080808080808080ull) != 0) {
+            break;
+        }
+    }
+    while (i < line.size() && static_cast<unsigned char>(line[i]) < 0x80) {
+        ++i;
+    }
+    return IsValidUtf8(line.substr(i));
+}
+
+// The line ends of a text, to size the rows ahead.
+std::size_t CountLineFeeds(std::string_view text) {
+    std::size_t count = 0;
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    while (at < end) {
+        const auto* lf = static_cast<const char*>(std::memchr(at, '\n', static_cast<std::size_t>(end - at)));
+        if (lf == nullptr) {
+            break;
+        }
+        ++count;
+        at = lf + 1;
+    }
+    return count;
+}
+
 // The full path a list line names. A line that isn't valid UTF-8 was written in a Windows code
 // page, unless a file of exactly those bytes exists (a name the file system holds in another
 // encoding); only such lines cost a look at the disk.
@@ -21,7 +58,7 @@ ListPathResult PathOfLine(std::string_view line, const std::string& listPath) {
     if (FileUrlToPath(line, urlPath)) {
         return ResolveListPath(urlPath, listPath);
     }
-    if (IsValidUtf8(line)) {
+    if (IsUtf8Line(line)) {
         return ResolveListPath(line, listPath);
     }
     ListPathResult asBytes = ResolveListPath(line, listPath);
@@ -30,6 +67,9 @@ ListPathResult PathOfLine(std::string_view line, const std::string& listPath) {
     }
     return ResolveListPath(DecodeWindows1252(line), listPath);
 }
+
+// Lines read ahead of the songs they name.
+constexpr std::size_t kLinesAhead = 256;
 
 std::string TooManyLines() {
     return "The list names more than " + std::to_string(kMaxListLines) +
@@ -54,39 +94,67 @@ ListReadResult ReadListInto(const std::string& path, RowList& rows, const SongSo
         return result;
     }
     const std::string text = PrepareListText(std::move(bytes));
-    const std::size_t lineEnds =
-        static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+    const std::size_t lineEnds = CountLineFeeds(text);
     rows.reserve(rows.size() + std::min(lineEnds + 1, kMaxListLines));
 
+    // Lines are taken a batch at a time, so that the songs of a batch can be read ahead of
+    // their turn; they are still asked for one by one, in the order of the list.
+    struct SongLine {
+        std::string path;
+        bool canExist = false;
+    };
+    std::vector<SongLine> batch;
+    batch.reserve(kLinesAhead);
+    const std::unique_ptr<SongReading> reading = songs.StartReading();
+    SongInfo readSong;  // a song read from its file, which `song` then views
+    SongView song;
     std::size_t pos = 0;
     std::size_t songLines = 0;
     std::string_view line;
-    while (NextListLine(text, pos, line)) {
-        if (options.SkipExtendedInfo && IsExtendedInfoLine(line)) {
-            continue;
-        }
-        if (++songLines > kMaxListLines) {
-            result.error = TooManyLines();
-            return result;
-        }
-        ListPathResult full = PathOfLine(line, path);
-        if (!full.Ok()) {
-            result.error = std::move(full.error);
-            return result;
-        }
-        std::string& songPath = full.path;
-        // No file name holds a NUL byte, so such a line points nowhere.
-        const bool canExist = songPath.find('\0') == std::string::npos;
-        const SongInfo song = canExist ? songs(songPath) : NonExistantSong();
-        if (IsNonExistant(song)) {
-            if (options.HideGhosts == 1) {
+    bool more = true;
+    while (more) {
+        batch.clear();
+        while (batch.size() < kLinesAhead) {
+            if (!NextListLine(text, pos, line)) {
+                more = false;
+                break;
+            }
+            if (options.SkipExtendedInfo && IsExtendedInfoLine(line)) {
                 continue;
             }
-            rows.push_back(GhostRow(songPath));
-        } else {
-            rows.push_back(SongRow(song, songPath));
+            // A line that ends the reading does so after the lines before it.
+            if (++songLines > kMaxListLines) {
+                result.error = TooManyLines();
+                more = false;
+                break;
+            }
+            ListPathResult full = PathOfLine(line, path);
+            if (!full.Ok()) {
+                result.error = std::move(full.error);
+                more = false;
+                break;
+            }
+            SongLine& songLine = batch.emplace_back();
+            // No file name holds a NUL byte, so such a line points nowhere.
+            songLine.canExist = full.path.find('\0') == std::string::npos;
+            if (songLine.canExist) {
+                reading->Announce(std::move(full.path));
+            } else {
+                songLine.path = std::move(full.path);
+            }
         }
-        ++result.rowsAdded;
+        for (SongLine& songLine : batch) {
+            std::string& songPath = songLine.path;
+            if (songLine.canExist && reading->ViewNext(songPath, readSong, song)) {
+                rows.push_back(SongRow(song, songPath));
+            } else {
+                if (options.HideGhosts == 1) {
+                    continue;
+                }
+                rows.push_back(GhostRow(songPath));
+            }
+            ++result.rowsAdded;
+        }
     }
     return result;
 }

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -10,6 +11,8 @@
 
 namespace jk {
 namespace {
+
+constexpr int kReadFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 
 FileStatus FromStat(const struct stat& st) {
     FileStatus status;
@@ -85,9 +88,50 @@ bool FolderExists(const std::string& path) {
     return status.exists && status.isDirectory;
 }
 
+FolderHandle::FolderHandle(const std::string& path) {
+    if (!path.empty()) {
+        m_fd = ::open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+    }
+}
+
+FolderHandle::FolderHandle(FolderHandle&& other) noexcept : m_fd(other.m_fd) {
+    other.m_fd = -1;
+}
+
+FolderHandle& FolderHandle::operator=(FolderHandle&& other) noexcept {
+    if (this != &other) {
+        if (m_fd >= 0) {
+            ::close(m_fd);
+        }
+        m_fd = other.m_fd;
+        other.m_fd = -1;
+    }
+    return *this;
+}
+
+FolderHandle::~FolderHandle() {
+    if (m_fd >= 0) {
+        ::close(m_fd);
+    }
+}
+
+FileStatus FolderHandle::StatAt(const std::string& name) const {
+    struct stat st {};
+    if (m_fd < 0 || name.empty() || ::fstatat(m_fd, name.c_str(), &st, 0) != 0) {
+        return {};
+    }
+    return FromStat(st);
+}
+
 ReadFile::ReadFile(const std::string& path) {
     if (!path.empty()) {
-        m_fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+        m_fd = ::open(path.c_str(), kReadFlags);
+    }
+}
+
+ReadFile::ReadFile(const FolderHandle& folder, const std::string& name) {
+    if (folder.IsOpen() && !name.empty()) {
+        m_fd = ::openat(folder.m_fd, name.c_str(), kReadFlags);
     }
 }
 
@@ -130,6 +174,40 @@ FileStatus ReadFile::Status() const {
 
 std::int64_t ReadFile::ReadAt(std::int64_t offset, std::span<std::uint8_t> out) const {
     return PreadAll(m_fd, offset, out);
+}
+
+void ReadFile::WillNeed(std::int64_t offset, std::int64_t length) const {
+    if (m_fd >= 0 && offset >= 0 && length > 0) {
+        ::posix_fadvise(m_fd, static_cast<off_t>(offset), static_cast<off_t>(length),
+                        POSIX_FADV_WILLNEED);
+    }
+}
+
+std::int64_t ReadFile::ReadCachedAt(std::int64_t offset, std::span<std::uint8_t> out) const {
+    if (m_fd < 0 || offset < 0) {
+        return -1;
+    }
+    std::size_t done = 0;
+    while (done < out.size()) {
+        iovec part{out.data() + done, out.size() - done};
+        const ssize_t n = ::preadv2(m_fd, &part, 1,
+                                    static_cast<off_t>(offset + static_cast<std::int64_t>(done)),
+                                    RWF_NOWAIT);
+        if (n < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            if (errno == EAGAIN) {
+                break;  // the rest is on its way from the disk
+            }
+            return done > 0 ? static_cast<std::int64_t>(done) : -1;
+        }
+        if (n == 0) {
+            break;
+        }
+        done += static_cast<std::size_t>(n);
+    }
+    return static_cast<std::int64_t>(done);
 }
 
 ReadWriteFile::ReadWriteFile(const std::string& path, Mode mode) {
@@ -285,54 +363,101 @@ IoResult ReadWholeFile(const std::string& path, std::string& out, std::int64_t m
     return {};
 }
 
-IoResult WriteFileAtomically(const std::string& path, std::string_view data) {
+AtomicFileWriter::AtomicFileWriter(const std::string& path) : m_path(path) {
     static thread_local std::mt19937_64 random{std::random_device{}()};
     const std::string folder = ParentFolderOf(path);
     const std::size_t slash = path.find_last_of('/');
     const std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
-    std::string temp;
-    int fd = -1;
-    for (int attempt = 0; attempt < 8 && fd < 0; ++attempt) {
-        temp = (folder == "/" ? "" : folder) + "/." + name + ".tmp-" +
-               std::to_string(random() % 1000000000ull);
-        fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
-        if (fd < 0 && errno != EEXIST) {
+    for (int attempt = 0; attempt < 8 && m_fd < 0; ++attempt) {
+        m_temp = (folder == "/" ? "" : folder) + "/." + name + ".tmp-" +
+                 std::to_string(random() % 1000000000ull);
+        m_fd = ::open(m_temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+        if (m_fd < 0 && errno != EEXIST) {
             break;
         }
     }
-    if (fd < 0) {
-        return {false, "cannot write " + path + ": " + LastErrorText()};
+    if (m_fd < 0) {
+        m_temp.clear();  // nothing of ours to remove
+        m_error = LastErrorText();
+        return;
     }
     // Keep the permissions of the file being replaced.
     struct stat old {};
     if (::stat(path.c_str(), &old) == 0) {
-        ::fchmod(fd, old.st_mode & 07777);
+        ::fchmod(m_fd, old.st_mode & 07777);
+    }
+}
+
+AtomicFileWriter::~AtomicFileWriter() {
+    if (!m_finished) {
+        Fail("not finished");
+    }
+}
+
+void AtomicFileWriter::Fail(std::string reason) {
+    if (m_error.empty()) {
+        m_error = std::move(reason);
+    }
+    if (m_fd >= 0) {
+        ::close(m_fd);
+        m_fd = -1;
+    }
+    if (!m_temp.empty()) {
+        ::unlink(m_temp.c_str());
+        m_temp.clear();
+    }
+}
+
+bool AtomicFileWriter::Write(std::string_view data) {
+    if (m_fd < 0) {
+        return false;
     }
     std::size_t done = 0;
     while (done < data.size()) {
-        const ssize_t n = ::write(fd, data.data() + done, data.size() - done);
+        const ssize_t n = ::write(m_fd, data.data() + done, data.size() - done);
         if (n < 0) {
             if (errno == EINTR) {
                 continue;
             }
-            const std::string reason = LastErrorText();
-            ::close(fd);
-            ::unlink(temp.c_str());
-            return {false, "cannot write " + path + ": " + reason};
+            Fail(LastErrorText());
+            return false;
         }
         done += static_cast<std::size_t>(n);
     }
-    if (::fsync(fd) != 0 || ::close(fd) != 0) {
-        const std::string reason = LastErrorText();
-        ::unlink(temp.c_str());
-        return {false, "cannot write " + path + ": " + reason};
+    return true;
+}
+
+IoResult AtomicFileWriter::Commit() {
+    m_finished = true;
+    if (m_fd < 0) {
+        Fail({});
+        return {false, "cannot write " + m_path + ": " + m_error};
     }
-    if (::rename(temp.c_str(), path.c_str()) != 0) {
-        const std::string reason = LastErrorText();
-        ::unlink(temp.c_str());
-        return {false, "cannot write " + path + ": " + reason};
+    const int fd = m_fd;
+    m_fd = -1;
+    std::string reason;
+    if (::fsync(fd) != 0) {
+        reason = LastErrorText();
     }
+    if (::close(fd) != 0 && reason.empty()) {
+        reason = LastErrorText();
+    }
+    if (!reason.empty()) {
+        Fail(std::move(reason));
+        return {false, "cannot write " + m_path + ": " + m_error};
+    }
+    if (::rename(m_temp.c_str(), m_path.c_str()) != 0) {
+        Fail(LastErrorText());
+        return {false, "cannot write " + m_path + ": " + m_error};
+    }
+    m_temp.clear();
     return {};
+}
+
+IoResult WriteFileAtomically(const std::string& path, std::string_view data) {
+    AtomicFileWriter writer(path);
+    writer.Write(data);
+    return writer.Commit();
 }
 
 }  // namespace jk

@@ -28,11 +28,35 @@ FileStatus StatPathNoFollow(const std::string& path);
 bool FileExists(const std::string& path);    // a file (not a folder) stands there
 bool FolderExists(const std::string& path);  // a folder stands there
 
+// A folder held open so that names in it are looked up without walking its path again. Looking
+// up a name through it finds the folder itself, wherever it has moved since it was opened.
+// Move-only; closed by the destructor.
+class FolderHandle {
+public:
+    FolderHandle() = default;
+    explicit FolderHandle(const std::string& path);
+    FolderHandle(FolderHandle&& other) noexcept;
+    FolderHandle& operator=(FolderHandle&& other) noexcept;
+    FolderHandle(const FolderHandle&) = delete;
+    FolderHandle& operator=(const FolderHandle&) = delete;
+    ~FolderHandle();
+
+    bool IsOpen() const { return m_fd >= 0; }
+    // StatPath of a name in the folder (links followed).
+    FileStatus StatAt(const std::string& name) const;
+
+private:
+    friend class ReadFile;
+    int m_fd = -1;
+};
+
 // A file opened for reading. Move-only; closed by the destructor.
 class ReadFile {
 public:
     ReadFile() = default;
     explicit ReadFile(const std::string& path);
+    // The file of that name in the folder.
+    ReadFile(const FolderHandle& folder, const std::string& name);
     ReadFile(ReadFile&& other) noexcept;
     ReadFile& operator=(ReadFile&& other) noexcept;
     ReadFile(const ReadFile&) = delete;
@@ -45,6 +69,12 @@ public:
     FileStatus Status() const;
     // Reads up to out.size() bytes at `offset`; returns the count read (short at the end), or -1.
     std::int64_t ReadAt(std::int64_t offset, std::span<std::uint8_t> out) const;
+    // The same, taking only what is in memory now: the count read, short (0 too) where a page
+    // would have to come from the disk, whose reading the system then starts without waiting for
+    // it; -1 when the file system can't answer without waiting (or the read failed).
+    std::int64_t ReadCachedAt(std::int64_t offset, std::span<std::uint8_t> out) const;
+    // Asks the system to start reading a range into memory, without waiting for it.
+    void WillNeed(std::int64_t offset, std::int64_t length) const;
 
 private:
     int m_fd = -1;
@@ -90,6 +120,31 @@ IoResult ReadWholeFile(const std::string& path, std::string& out, std::int64_t m
 // Writes `data` to a temporary file beside `path`, flushes it and renames it into place, so a
 // crash never leaves the target cut short. The old file is untouched on failure.
 IoResult WriteFileAtomically(const std::string& path, std::string_view data);
+
+// WriteFileAtomically for a file written piece by piece, so that a large file need never be
+// held whole in memory: the pieces go to the temporary file as they come, and Commit flushes it
+// and renames it into place. A writer dropped without Commit removes its temporary file and
+// leaves the target untouched.
+class AtomicFileWriter {
+public:
+    explicit AtomicFileWriter(const std::string& path);
+    AtomicFileWriter(const AtomicFileWriter&) = delete;
+    AtomicFileWriter& operator=(const AtomicFileWriter&) = delete;
+    ~AtomicFileWriter();
+
+    // False once anything has failed; Commit then says why.
+    bool Write(std::string_view data);
+    IoResult Commit();
+
+private:
+    void Fail(std::string reason);
+
+    std::string m_path;
+    std::string m_temp;
+    int m_fd = -1;
+    std::string m_error;  // the first failure, for the user
+    bool m_finished = false;
+};
 
 // Text of errno for messages.
 std::string LastErrorText();

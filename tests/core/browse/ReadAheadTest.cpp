@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -85,7 +86,23 @@ void ScanAll(ReadAheadScanner& scanner, const std::string& folder,
     scanner.DropAnnounced();
 }
 
-TEST(ReadAheadScanner, HandsFilesOverInOrderOnTheWalksThreadWithTheirBytes) {
+// Writes a file of `size` bytes beginning with an ID3v2 header whose tag (header included)
+// takes `tagBytes`.
+std::string WriteTagged(TempFolder& dir, const std::string& name, std::size_t size,
+                        std::size_t tagBytes) {
+    const std::string path = dir.Write(name, size);
+    const std::size_t body = tagBytes - 10;
+    const unsigned char header[10] = {'I', 'D', '3', 3, 0, 0,
+                                      static_cast<unsigned char>((body >> 21) & 0x7F),
+                                      static_cast<unsigned char>((body >> 14) & 0x7F),
+                                      static_cast<unsigned char>((body >> 7) & 0x7F),
+                                      static_cast<unsigned char>(body & 0x7F)};
+    std::fstream out(path, std::ios::binary | std::ios::in | std::ios::out);
+    out.write(reinterpret_cast<const char*>(header), sizeof header);
+    return path;
+}
+
+TEST(ReadAheadScanner, HandsFilesOverInOrderOnTheWalksThreadWithTheBytesTheReaderWants) {
     TempFolder dir;
     const std::vector<std::string> names = Names(300);
     for (std::size_t i = 0; i < names.size(); ++i) {
@@ -95,27 +112,45 @@ TEST(ReadAheadScanner, HandsFilesOverInOrderOnTheWalksThreadWithTheirBytes) {
         std::vector<Seen> seen;
         {
             ReadAheadScanner scanner(0, Recorder(seen), {}, threads);
-            EXPECT_EQ(scanner.WorkerCount(), static_cast<std::size_t>(threads));
             ScanAll(scanner, dir.Folder(), names);
             ScanAll(scanner, dir.Folder(), names);  // a second folder through the same workers
+            EXPECT_LE(scanner.WorkerCount(), static_cast<std::size_t>(threads));
         }
         ASSERT_EQ(seen.size(), 2 * names.size()) << threads;
         for (std::size_t i = 0; i < seen.size(); ++i) {
             const std::size_t n = i % names.size();
             EXPECT_EQ(seen[i].path, dir.Folder() + names[n]);
             EXPECT_EQ(seen[i].thread, std::this_thread::get_id());
-            if (threads > 0 && seen[i].prefetched) {
+            EXPECT_EQ(seen[i].prefetched, threads > 0);
+            if (seen[i].prefetched) {
+                // The head block and the tail block the song reader reads first.
                 const std::size_t size = 200 + n * 50;
-                EXPECT_EQ(seen[i].head, std::min(size, kPrefetchHeadBytes));
-                if (seen[i].tail > 0) {
-                    EXPECT_EQ(seen[i].tailEnd, static_cast<std::int64_t>(size));
-                }
+                EXPECT_EQ(seen[i].head, std::min(size, kHeadBlockBytes)) << size;
+                EXPECT_EQ(seen[i].tail, std::min(size - seen[i].head, kTailBlockBytes)) << size;
+                EXPECT_EQ(seen[i].tailEnd, static_cast<std::int64_t>(size));
             }
         }
-        if (threads == 0) {
-            EXPECT_FALSE(seen[5].prefetched);
-        }
     }
+}
+
+TEST(ReadAheadScanner, TakesAnId3v2TagWithTheBlockBehindItAsTheReaderDoes) {
+    TempFolder dir;
+    WriteTagged(dir, "small.mp3", 20000, 1000);  // tag and block within the first 4 KiB
+    WriteTagged(dir, "tagged.mp3", 20000, 5000);
+    WriteTagged(dir, "picture.mp3", 300000, 200000);  // the reader reads the rest itself
+    WriteTagged(dir, "short.mp3", 6000, 5000);         // the file ends first
+    std::vector<Seen> seen;
+    {
+        ReadAheadScanner scanner(0, Recorder(seen), {}, 2);
+        ScanAll(scanner, dir.Folder(), {"small.mp3", "tagged.mp3", "picture.mp3", "short.mp3"});
+    }
+    ASSERT_EQ(seen.size(), 4u);
+    EXPECT_EQ(seen[0].head, kHeadBlockBytes);
+    EXPECT_EQ(seen[1].head, 5000u + 2048u);
+    EXPECT_EQ(seen[2].head, 128u * 1024u) << "no more than 128 KiB is held";
+    EXPECT_EQ(seen[2].tailEnd, 300000);
+    EXPECT_EQ(seen[3].head, 6000u);
+    EXPECT_EQ(seen[3].tail, 0u);
 }
 
 TEST(ReadAheadScanner, OpensNoFileThatTheCacheWillAnswer) {
@@ -125,8 +160,10 @@ TEST(ReadAheadScanner, OpensNoFileThatTheCacheWillAnswer) {
     dir.Write("new.mp3", 5000);
     const std::string hitStamp = FormatStamp14(StatPath(hit).modifiedSeconds);
     std::vector<std::string> asked;
+    std::vector<std::thread::id> askedOn;
     CacheStampLookup cache = [&](std::string_view path) -> std::optional<std::string> {
         asked.emplace_back(path);
+        askedOn.push_back(std::this_thread::get_id());
         if (path == hit) {
             return hitStamp;
         }
@@ -135,49 +172,82 @@ TEST(ReadAheadScanner, OpensNoFileThatTheCacheWillAnswer) {
         }
         return std::nullopt;
     };
-    std::vector<Seen> seen;
-    {
-        ReadAheadScanner scanner(0, Recorder(seen), cache, 2);
-        ScanAll(scanner, dir.Folder(), {"hit.mp3", "stale.mp3", "new.mp3"});
-    }
-    ASSERT_EQ(seen.size(), 3u);
-    EXPECT_EQ(asked.size(), 3u) << "asked on the walk's thread, once a file";
-    // Whether a worker or the walk's thread got to a file first, a hit is never read.
-    EXPECT_EQ(seen[0].head, 0u);
-    if (seen[0].prefetched) {
+    for (const int threads : {1, 4}) {
+        asked.clear();
+        askedOn.clear();
+        std::vector<Seen> seen;
+        {
+            ReadAheadScanner scanner(0, Recorder(seen), cache, threads);
+            ScanAll(scanner, dir.Folder(), {"hit.mp3", "stale.mp3", "new.mp3"});
+        }
+        ASSERT_EQ(seen.size(), 3u);
+        EXPECT_EQ(asked.size(), 3u) << "once a file";
+        for (const std::thread::id id : askedOn) {
+            EXPECT_EQ(id, std::this_thread::get_id()) << "the cache is asked on the walk's thread";
+        }
         EXPECT_TRUE(seen[0].exists);
-    }
-    if (seen[1].prefetched) {
-        EXPECT_EQ(seen[1].head, std::min<std::size_t>(5000, kPrefetchHeadBytes));
+        EXPECT_EQ(seen[0].head, 0u) << "a hit is not read";
+        EXPECT_EQ(seen[1].head, kHeadBlockBytes);
+        EXPECT_EQ(seen[2].head, kHeadBlockBytes);
     }
 }
 
-TEST(ReadAheadScanner, ReadsNothingAheadForFilteredOrMissingFiles) {
+TEST(ReadAheadScanner, ReadsNothingAheadForFilteredMissingOrTooShortFiles) {
     TempFolder dir;
     dir.Write("a.ogg", 1000);
     dir.Write("b.mp3", 1000);
+    dir.Write("tiny.mp3", 131);
+    std::filesystem::create_directory(dir.Folder() + "folder.mp3");
     std::vector<Seen> seen;
     {
         ReadAheadScanner scanner(0, Recorder(seen), {}, 4);
-        ScanAll(scanner, dir.Folder(), {"a.ogg", "missing.mp3", "b.mp3"});
+        ScanAll(scanner, dir.Folder(), {"a.ogg", "missing.mp3", "b.mp3", "tiny.mp3", "folder.mp3"});
     }
-    ASSERT_EQ(seen.size(), 3u);
+    ASSERT_EQ(seen.size(), 5u);
     EXPECT_FALSE(seen[0].prefetched) << "the filter turns it away";
-    if (seen[1].prefetched) {
-        EXPECT_FALSE(seen[1].exists);
+    EXPECT_TRUE(seen[1].prefetched);
+    EXPECT_FALSE(seen[1].exists);
+    EXPECT_EQ(seen[2].head, 1000u);
+    EXPECT_TRUE(seen[3].exists);
+    EXPECT_EQ(seen[3].head, 0u) << "below the smallest song: the reader reads nothing";
+    EXPECT_TRUE(seen[4].exists);
+    EXPECT_EQ(seen[4].head, 0u);
+}
+
+TEST(ReadAheadScanner, HandsOverWholeBytesOfFilesThatHadToComeFromTheDisk) {
+    TempFolder dir;
+    const std::vector<std::string> names = Names(200);
+    for (const std::string& name : names) {
+        const std::string path = dir.Write(name, 40000);
+        // Out of memory, where the file system allows it: the read-ahead must wait for them.
+        const int fd = ::open(path.c_str(), O_RDONLY);
+        ::fdatasync(fd);
+        ::posix_fadvise(fd, 0, 0, POSIX_FADV_DONTNEED);
+        ::close(fd);
+    }
+    std::vector<Seen> seen;
+    {
+        ReadAheadScanner scanner(0, Recorder(seen), {}, 3);
+        ScanAll(scanner, dir.Folder(), names);
+    }
+    ASSERT_EQ(seen.size(), names.size());
+    for (const Seen& s : seen) {
+        EXPECT_EQ(s.head, kHeadBlockBytes);
+        EXPECT_EQ(s.tail, kTailBlockBytes);
+        EXPECT_EQ(s.tailEnd, 40000);
     }
 }
 
 TEST(ReadAheadScanner, DroppedFilesAreNeverHandedOverAndScanningGoesOnAfterwards) {
     TempFolder dir;
-    const std::vector<std::string> names = Names(200);
+    const std::vector<std::string> names = Names(400);
     for (const std::string& name : names) {
         dir.Write(name, 300);
     }
     std::vector<Seen> seen;
     {
         ReadAheadScanner scanner(0, Recorder(seen), {}, 8);
-        EXPECT_EQ(scanner.LookAhead(), 64u);
+        EXPECT_EQ(scanner.LookAhead(), 256u);
         for (const std::string& name : names) {
             scanner.Announce(dir.Folder() + name);
         }
@@ -194,12 +264,15 @@ TEST(ReadAheadScanner, DroppedFilesAreNeverHandedOverAndScanningGoesOnAfterwards
     ASSERT_EQ(seen.size(), 3u);
     EXPECT_EQ(seen[1].path, dir.Folder() + "f1.mp3");
     EXPECT_EQ(seen[2].path, dir.Folder() + "f7.mp3");
+    EXPECT_EQ(seen[2].head, 300u);
 }
 
-TEST(ReadAheadScanner, WithoutWorkersAsksForNoLookAhead) {
+TEST(ReadAheadScanner, WithoutWorkersAsksForNoLookAheadAndStartsNoThread) {
     std::vector<Seen> seen;
-    ReadAheadScanner scanner(0, Recorder(seen), {}, 0);
-    EXPECT_EQ(scanner.LookAhead(), 0u);
+    ReadAheadScanner none(0, Recorder(seen), {}, 0);
+    EXPECT_EQ(none.LookAhead(), 0u);
+    ReadAheadScanner idle(0, Recorder(seen), {}, 8);
+    EXPECT_EQ(idle.WorkerCount(), 0u) << "workers start when there is work";
 }
 
 }  // namespace
