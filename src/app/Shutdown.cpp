@@ -23,13 +23,22 @@ void SaveAndForgetList(Session& session, SessionFront& front) {
 }
 
 // Returns false when the user cancels.
-bool DecideOnPlaylist(Session& session, SessionFront& front, SessionData& data) {
+bool DecideOnPlaylist(Session& session, SessionFront& front, SessionData& data,
+                      CloseRequest request) {
     const std::size_t songs = data.PlaylistSongCount(session);
     if (session.Playlist.PlaylistSaved || songs == 0) {
         return true;
     }
     front.SetPanelText(kPanelShuttingDown);
     const Settings& settings = session.Settings;
+    if (request == CloseRequest::Unattended) {
+        // An untitled list would need the save dialog.
+        if (settings.NeverAsk == 1 && settings.NeverAskSave == 1 &&
+            !session.Playlist.CurrentList.empty()) {
+            SaveAndForgetList(session, front);
+        }
+        return true;
+    }
     if (settings.NeverAsk != 1) {
         switch (front.AskSaveList(SaveQuestion())) {
             case SaveAnswer::Cancel:
@@ -68,10 +77,11 @@ void SaveVirtualDrivesIfChanged(Session& session, SessionFront& front, SessionDa
 
 }  // namespace
 
-ShutdownResult FormUnload(Session& session, SessionFront& front, SessionData& data) {
+ShutdownResult FormUnload(Session& session, SessionFront& front, SessionData& data,
+                          CloseRequest request) {
     ShutdownResult result;
     front.StoreWindowPosition(session.Settings);
-    if (!DecideOnPlaylist(session, front, data)) {
+    if (!DecideOnPlaylist(session, front, data, request)) {
         front.SetPanelText("");
         result.cancelled = true;
         return result;

@@ -18,6 +18,13 @@ struct ShutdownResult {
     std::string iniError;  // why the settings file could not be written
 };
 
-ShutdownResult FormUnload(Session& session, SessionFront& front, SessionData& data);
+// Who asked for the close. A close asked by the system (a logout, a `kill`) has nobody to
+// answer a question: nothing is asked and no dialog opens. A standing order to save without
+// asking still saves a list that has a file; any other unsaved list is kept by lastlist.m3u
+// when RememberList is on, as at every close.
+enum class CloseRequest { ByUser, Unattended };
+
+ShutdownResult FormUnload(Session& session, SessionFront& front, SessionData& data,
+                          CloseRequest request = CloseRequest::ByUser);
 
 }  // namespace jk

@@ -2,93 +2,24 @@
 // geometry kept through the settings, the unsaved-playlist question at closing and the save
 // it leads to.
 
-#include <QAbstractButton>
-#include <QApplication>
 #include <QFile>
 #include <QMessageBox>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 
+#include "DesktopTestSupport.h"
 #include "app/Messages.h"
-#include "app/ProfileFile.h"
 #include "app/Session.h"
 #include "app/ui/DesktopProgram.h"
 #include "playback/ListWriting.h"
-#include "playback/SongRows.h"
 
-namespace {
-
-struct SeenBox {
-    QString title;
-    QString text;
-    QMessageBox::Icon icon = QMessageBox::NoIcon;
-};
-
-// Answers every message box that opens with the next of the given buttons, and writes down what
-// each box said. A box beyond the answers is rejected (and still written down).
-class BoxAnswerer {
-public:
-    explicit BoxAnswerer(QList<QMessageBox::StandardButton> answers) : m_answers(answers) {
-        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { Poll(); });
-        m_timer.start(10);
-    }
-    QList<SeenBox> seen;
-
-private:
-    void Poll() {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (box == nullptr || box == m_last) {
-            return;
-        }
-        m_last = box;
-        seen.append({box->windowTitle(), box->text(), box->icon()});
-        if (m_answers.isEmpty()) {
-            box->reject();
-            return;
-        }
-        box->button(m_answers.takeFirst())->click();
-    }
-
-    QList<QMessageBox::StandardButton> m_answers;
-    QTimer m_timer;
-    QMessageBox* m_last = nullptr;
-};
-
-// A playlist of `count` songs that changed since it was saved.
-void GiveUnsavedRows(jk::Session& session, int count) {
-    for (int i = 0; i < count; ++i) {
-        session.Playlist.Rows.push_back(jk::GhostRow("/music/song" + std::to_string(i) + ".mp3"));
-    }
-    session.Playlist.PlaylistSaved = false;
-}
-
-QString FileText(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
-
-void WritePreviousRun(const QTemporaryDir& dir) {
-    QFile ini(dir.filePath(QStringLiteral("jukarra2.ini")));
-    QVERIFY(ini.open(QIODevice::WriteOnly));
-    ini.write("[INIexists]\r\nCheck=1\r\n[WindowPosition]\r\nWidth=9000\r\nHeight=6000\r\n");
-}
-
-QString IniText(const QTemporaryDir& dir) {
-    QFile file(dir.filePath(QStringLiteral("jukarra2.ini")));
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
-
-std::string IniValue(const QTemporaryDir& dir, const char* section, const char* key) {
-    return jk::ProfileFile::Load(dir.filePath(QStringLiteral("jukarra2.ini")).toStdString())
-        .GetINI(section, key);
-}
-
-std::string FolderOf(const QTemporaryDir& dir) {
-    return dir.path().toStdString() + "/";
-}
-
-}  // namespace
+using jk::test::BoxAnswerer;
+using jk::test::FileText;
+using jk::test::FolderOf;
+using jk::test::GiveUnsavedRows;
+using jk::test::IniText;
+using jk::test::IniValue;
+using jk::test::WritePreviousRun;
 
 class DesktopSkeleton : public QObject {
     Q_OBJECT

@@ -12,15 +12,14 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "DesktopTestSupport.h"
 #include "platform/DataFolder.h"
 #include "platform/ExecutableSearch.h"
 #include "platform/InstanceLock.h"
 
 namespace {
 
-std::string FolderOf(const QTemporaryDir& dir) {
-    return dir.path().toStdString() + "/";
-}
+using jk::test::FolderOf;
 
 void WriteFile(const QString& path, const QByteArray& bytes, QFile::Permissions permissions) {
     QFile file(path);

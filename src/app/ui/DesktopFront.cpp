@@ -1,5 +1,7 @@
 #include "app/ui/DesktopFront.h"
 
+#include <cstdio>
+
 #include <QGuiApplication>
 #include <QMessageBox>
 #include <QScreen>
@@ -165,6 +167,10 @@ void DesktopFront::ShowPlaylistCaption() {
 }
 
 void DesktopFront::ShowMessage(const UserMessage& message) {
+    if (m_unattended) {
+        std::fprintf(stderr, "jukarra: %s %s\n", message.title.c_str(), message.text.c_str());
+        return;
+    }
     QMessageBox box(IconOf(message.icon), QString::fromStdString(message.title),
                     QString::fromStdString(message.text), QMessageBox::Ok, MessageParent());
     box.exec();

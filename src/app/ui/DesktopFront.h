@@ -45,6 +45,9 @@ public:
 
     // The main window's caption for the open playlist: its name, "*" when unsaved.
     void ShowPlaylistCaption();
+    // With nobody at the screen (a close asked by the system), messages go to standard error
+    // instead of a box that would wait for an answer.
+    void SetUnattended(bool unattended) { m_unattended = unattended; }
 
 private:
     QWidget* MessageParent() const;
@@ -53,6 +56,7 @@ private:
     Session& m_session;
     Splash& m_splash;
     Main& m_main;
+    bool m_unattended = false;
 };
 
 }  // namespace jk

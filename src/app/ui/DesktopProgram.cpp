@@ -6,12 +6,14 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QTimer>
 
 #include "app/Shutdown.h"
 #include "platform/DataFolder.h"
 #include "platform/Drives.h"
 #include "platform/ExecutableSearch.h"
 #include "platform/InstanceLock.h"
+#include "platform/TerminationWatch.h"
 #include "platform/UserFolders.h"
 #include "playback/ListWriting.h"
 #include "playback/PlaylistCommands.h"
@@ -24,6 +26,8 @@ namespace {
 // (the command-line tool holds it only while it writes).
 constexpr int kRaiseTimeoutMs = 2000;
 constexpr int kLockWaitMs = 3000;
+// How often a close asked by the system looks again whether start-up or a dialog is over.
+constexpr int kUnattendedRetryMs = 50;
 
 }  // namespace
 
@@ -32,6 +36,8 @@ DesktopProgram::DesktopProgram(std::string dataFolder, SessionData& data)
     m_main.SetCloseHandler([this] { return CloseRequested(); });
     m_front.saveList = [this] { SaveListClick(); };
 }
+
+DesktopProgram::~DesktopProgram() = default;
 
 StartupResult DesktopProgram::Start() {
     m_splash.show();
@@ -61,6 +67,9 @@ void DesktopProgram::SaveListClick() {
 }
 
 std::string DesktopProgram::ChooseSavePath() {
+    if (m_unattended) {
+        return {};
+    }
     if (m_chooseSavePath) {
         return m_chooseSavePath();
     }
@@ -85,15 +94,45 @@ void DesktopProgram::RaiseFromOtherStart() {
     }
 }
 
+void DesktopProgram::WatchTerminationSignals() {
+    m_terminationWatch = std::make_unique<TerminationWatch>([this](int) { CloseUnattended(); });
+}
+
+void DesktopProgram::CloseUnattended() {
+    if (m_shutDown) {
+        return;
+    }
+    m_unattended = true;
+    m_front.SetUnattended(true);
+    // A modal window runs an event loop of its own: it is closed (a question is answered
+    // Cancel), and the shutdown waits until that loop, start-up or a user's close is over.
+    if (QWidget* modal = QApplication::activeModalWidget()) {
+        modal->close();
+    }
+    if (m_session.Starting != 0 || m_closing || QApplication::activeModalWidget() != nullptr) {
+        QTimer::singleShot(kUnattendedRetryMs, &m_main, [this] { CloseUnattended(); });
+        return;
+    }
+    m_main.close();
+    if (m_shutDown) {
+        QCoreApplication::quit();  // also when the window was hidden (the tray mode)
+    }
+}
+
 bool DesktopProgram::CloseRequested() {
     if (m_shutDown) {
         return true;
     }
-    // No command reaches the window while start-up builds the session.
-    if (m_session.Starting != 0) {
+    // No command reaches the window while start-up builds the session, nor a second close
+    // while the first one waits for an answer.
+    if (m_session.Starting != 0 || m_closing) {
         return false;
     }
-    const ShutdownResult result = FormUnload(m_session, m_front, m_data);
+    m_closing = true;
+    const ShutdownResult result =
+        FormUnload(m_session, m_front, m_data,
+                   m_unattended ? CloseRequest::Unattended : CloseRequest::ByUser);
+    m_closing = false;
     if (result.cancelled) {
         return false;
     }
@@ -127,6 +166,7 @@ int RunDesktopProgram(QApplication& app) {
     SessionData data;
     DesktopProgram program(folder.path, data);
     lock.ListenForRaise([&program] { program.RaiseFromOtherStart(); });
+    program.WatchTerminationSignals();
     program.Start();
     return app.exec();
 }

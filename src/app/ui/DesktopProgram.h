@@ -4,6 +4,7 @@
 // the shared start-up sequence and closed by the shutdown sequence.
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "app/Session.h"
@@ -17,10 +18,13 @@ class QApplication;
 
 namespace jk {
 
+class TerminationWatch;
+
 class DesktopProgram {
 public:
     // `dataFolder` ends in "/"; `data` carries the data steps.
     DesktopProgram(std::string dataFolder, SessionData& data);
+    ~DesktopProgram();
     DesktopProgram(const DesktopProgram&) = delete;
     DesktopProgram& operator=(const DesktopProgram&) = delete;
 
@@ -28,6 +32,11 @@ public:
     StartupResult Start();
     // Brings the program to the front for a second start.
     void RaiseFromOtherStart();
+    // From now on SIGTERM, SIGINT and SIGHUP close the program through CloseUnattended.
+    void WatchTerminationSignals();
+    // The close that the system asks for (a logout, a `kill`): open dialogs are closed, the
+    // shutdown runs without a question once start-up is over, and the event loop ends.
+    void CloseUnattended();
     // The File menu's save command: an unsaved list goes to the file it was opened from or
     // last saved as; an untitled one is saved under a name the user chooses. A save that
     // fails tells the user, and the list stays unsaved.
@@ -55,7 +64,10 @@ private:
     Main m_main;
     DesktopFront m_front;
     std::function<std::string()> m_chooseSavePath;
+    std::unique_ptr<TerminationWatch> m_terminationWatch;
     bool m_shutDown = false;
+    bool m_closing = false;  // a shutdown sequence is under way
+    bool m_unattended = false;
 };
 
 // The program's entry: the data folder, the single-instance lock (a second start raises the

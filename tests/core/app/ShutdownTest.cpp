@@ -12,14 +12,14 @@
 #include "app/Session.h"
 #include "app/SettingsStore.h"
 #include "core/app/Recorder.h"
-#include "core/app/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace jk {
 namespace {
 
 void Prepare(Session& session, const test::TempFolder& folder) {
     LoadDefaults(session, "");
-    session.AppPath = folder.Path();
+    session.AppPath = folder.Folder();
 }
 
 TEST(Shutdown, WritesEverythingInTheReverseOrderOfStartup) {
@@ -83,7 +83,7 @@ TEST(Shutdown, CancelAtTheSaveQuestionLeavesEveryFileUntouched) {
     EXPECT_EQ(recorder.messages[0], SaveQuestion());
     EXPECT_EQ(folder.Read("jukarra2.ini"), "[INIexists]\r\nCheck=1\r\n");
     EXPECT_EQ(std::filesystem::last_write_time(folder.File("jukarra2.ini")), old);
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()),
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Folder()),
                             std::filesystem::directory_iterator()),
               1);
     EXPECT_FALSE(session.Playlist.PlaylistSaved);
@@ -121,6 +121,41 @@ TEST(Shutdown, AnUnsavedPlaylistIsSavedOrDroppedAsTheUserSays) {
         EXPECT_EQ(recorder.Ran("front:SaveListClick"), c.saved) << label;
         EXPECT_EQ(session.Playlist.PlaylistSaved, c.saved) << label;
         EXPECT_EQ(session.Playlist.CurrentList, c.saved ? "" : "mine.m3u") << label;
+        EXPECT_TRUE(recorder.Ran("front:StoreWindowLayout")) << label;
+    }
+}
+
+TEST(Shutdown, AnUnattendedCloseAsksNothingAndSavesOnlyOnAStandingOrder) {
+    struct Case {
+        std::int16_t neverAsk;
+        std::int16_t neverAskSave;
+        std::string currentList;
+        bool saved;
+    };
+    const std::vector<Case> cases = {
+        {0, 0, "mine.m3u", false}, {0, 1, "mine.m3u", false}, {1, 0, "mine.m3u", false},
+        {1, 1, "mine.m3u", true},  {1, 1, "", false},  // an untitled list would need the dialog
+    };
+    for (const Case& c : cases) {
+        const test::TempFolder folder;
+        Session session;
+        Prepare(session, folder);
+        session.Settings.RememberList = "1";
+        session.Playlist.PlaylistSaved = false;
+        session.Playlist.CurrentList = c.currentList;
+        session.Settings.NeverAsk = c.neverAsk;
+        session.Settings.NeverAskSave = c.neverAskSave;
+        test::Recorder recorder;
+        recorder.playlistSongs = 2;
+        recorder.answer = SaveAnswer::Cancel;
+        const ShutdownResult result =
+            FormUnload(session, recorder, recorder, CloseRequest::Unattended);
+        const std::string label = std::to_string(c.neverAsk) + "/" +
+                                  std::to_string(c.neverAskSave) + " '" + c.currentList + "'";
+        EXPECT_FALSE(result.cancelled) << label;
+        EXPECT_FALSE(recorder.Ran("front:AskSaveList")) << label;
+        EXPECT_EQ(recorder.Ran("front:SaveListClick"), c.saved) << label;
+        EXPECT_TRUE(recorder.Ran("data:SaveLastList")) << label;
         EXPECT_TRUE(recorder.Ran("front:StoreWindowLayout")) << label;
     }
 }
