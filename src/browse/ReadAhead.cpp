@@ -35,8 +35,12 @@ constexpr std::int64_t kReaderHeadLimit = std::int64_t{1} << 20;
 constexpr std::int64_t kMostHeadHeld = std::int64_t{128} << 10;
 // Files whose bytes are on their way from the disk stay open, up to this many.
 constexpr std::size_t kMostHeldFiles = 64;
-// A buffer that grew past this for one file is not kept for the next.
+// Buffers kept for the next files: any number of the usual size, but only a few of those that
+// grew for a tag with a picture, so that a window full of them doesn't pin tens of megabytes.
+constexpr std::size_t kUsualBufferBytes =
+    kPrefetchHeadBytes + 2 * static_cast<std::size_t>(kBehindTagBytes);
 constexpr std::size_t kKeptBufferBytes = kMostHeadHeld + 4096;
+constexpr std::size_t kMostLargeSpares = 8;
 
 std::span<std::uint8_t> Bytes(std::vector<std::uint8_t>& buffer) {
     return {buffer.data(), buffer.size()};
@@ -156,14 +160,24 @@ std::unique_ptr<PrefetchedBytes> ReadAheadScanner::SpareBytes() {
     }
     std::unique_ptr<PrefetchedBytes> bytes = std::move(m_spare.back());
     m_spare.pop_back();
+    if (bytes->head.capacity() > kUsualBufferBytes) {
+        --m_largeSpares;
+    }
     return bytes;
 }
 
 void ReadAheadScanner::KeepSpare(std::unique_ptr<PrefetchedBytes> bytes) {
     // Buffers serve file after file, so the look-ahead allocates nothing once it runs.
-    if (bytes && m_spare.size() < m_window && bytes->head.capacity() <= kKeptBufferBytes) {
-        m_spare.push_back(std::move(bytes));
+    if (!bytes || m_spare.size() >= m_window || bytes->head.capacity() > kKeptBufferBytes) {
+        return;
     }
+    if (bytes->head.capacity() > kUsualBufferBytes) {
+        if (m_largeSpares >= kMostLargeSpares) {
+            return;
+        }
+        ++m_largeSpares;
+    }
+    m_spare.push_back(std::move(bytes));
 }
 
 // Reads ahead what the song reader will want of a file: its status, and unless the cache will

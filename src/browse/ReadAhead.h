@@ -120,6 +120,7 @@ private:
     HeldFolder m_walkFolder;
     std::vector<Slot*> m_toStamp;
     std::vector<std::unique_ptr<PrefetchedBytes>> m_spare;
+    std::size_t m_largeSpares = 0;  // spares that grew past the usual size
 
     // Positions count the files announced since the start: m_slots.front() is m_front.
     mutable std::mutex m_mutex;

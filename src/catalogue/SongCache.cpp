@@ -236,12 +236,26 @@ void SongCache::SetLastUsed(std::int64_t index, std::string_view stamp) {
 void SongCache::SetField(std::int64_t index, int key, std::string_view text) {
     Entry* entry = Find(index);
     if (entry != nullptr && IsSongKey(key)) {
+        ++m_changes;
         entry->record.SetField(key, text);
         entry->SetPrefix();
     }
 }
 
+SongCache& SongCache::operator=(SongCache&& other) noexcept {
+    if (this != &other) {
+        m_chunks = std::move(other.m_chunks);
+        m_starts = std::move(other.m_starts);
+        m_count = std::exchange(other.m_count, 0);
+        // Records found in either cache before are gone from this one.
+        m_changes = std::max(m_changes, other.m_changes) + 1;
+        other.Clear();
+    }
+    return *this;
+}
+
 void SongCache::Clear() {
+    ++m_changes;
     m_chunks.clear();
     m_starts.clear();
     m_count = 0;
@@ -249,6 +263,7 @@ void SongCache::Clear() {
 
 void SongCache::Insert(std::int64_t index, PackedSong record) {
     index = std::clamp<std::int64_t>(index, 1, m_count + 1);
+    ++m_changes;
     if (m_chunks.empty()) {
         m_chunks.emplace_back();
         m_starts.push_back(0);

@@ -48,12 +48,15 @@ class SongCache {
 public:
     SongCache() = default;
     SongCache(SongCache&&) noexcept = default;
-    SongCache& operator=(SongCache&&) noexcept = default;
+    SongCache& operator=(SongCache&& other) noexcept;
     SongCache(const SongCache&) = delete;
     SongCache& operator=(const SongCache&) = delete;
 
     // The number of records (the upper bound).
     std::int64_t UpperBound() const { return m_count; }
+    // Moves on whenever records may have moved or their keys changed: a record found while it
+    // stands still is still the one a search would find, at the same index.
+    std::uint64_t Changes() const { return m_changes; }
 
     // A copy of record `index` (1..UpperBound) in the stored form.
     SongInfo Record(std::int64_t index) const;
@@ -103,6 +106,7 @@ public:
     template <class F>
     void ForEach(F&& f) {
         std::int64_t index = 0;
+        ++m_changes;
         for (std::vector<Entry>& chunk : m_chunks) {
             for (Entry& entry : chunk) {
                 f(++index, entry.record);
@@ -140,6 +144,7 @@ private:
     std::vector<std::vector<Entry>> m_chunks;
     std::vector<std::int64_t> m_starts;
     std::int64_t m_count = 0;
+    std::uint64_t m_changes = 0;
 };
 
 // Binary search for a key (the lower-cased bare name); the 1-based index, or -1. The middle of

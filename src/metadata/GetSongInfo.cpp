@@ -201,12 +201,20 @@ const FileTime& FileTimeOf(std::int64_t modifiedSeconds) {
 // What a lookup came to.
 enum class Found { Nothing, Read, Hit };
 
+// The record of `key` (-1 when none) and its slot.
+std::int64_t SearchCache(SongCache& cache, std::string_view key, PackedSong*& slot) {
+    slot = nullptr;
+    return cache.UpperBound() > 0 ? cache.FindForUpdate(key, slot) : -1;
+}
+
 // GetSongInfo up to the record: false when the file is missing, too short or not counted;
 // true with `song` read (a read that fails gives the mark itself) or, on a hit, with `onHit`
 // called with the slot, the file's stamp and its time, before the slot's LastUsed is stamped.
+// With `ahead` the search is taken from there while the cache stands still.
 template <class OnHit>
 Found LookUp(std::string& path, bool noCache, SongLookupContext& ctx,
-             const PrefetchedBytes* prefetched, SongInfo& song, const OnHit& onHit) {
+             const PrefetchedBytes* prefetched, const SongLookAhead* ahead, SongInfo& song,
+             const OnHit& onHit) {
     const std::string_view trimmed = Trim(path);
     if (trimmed.size() != path.size()) {
         path = std::string(trimmed);
@@ -215,11 +223,23 @@ Found LookUp(std::string& path, bool noCache, SongLookupContext& ctx,
     // (for the date), and a miss opens the file and takes its status from the open file, one
     // path lookup for both. The lookup changes nothing, so the counting order stays.
     thread_local std::string keyBuffer;
-    CacheKeyInto(path, keyBuffer);
-    const std::string_view key = keyBuffer;
+    bool keyMade = false;
+    const auto key = [&]() -> std::string_view {
+        if (!keyMade) {
+            CacheKeyInto(path, keyBuffer);
+            keyMade = true;
+        }
+        return keyBuffer;
+    };
     SongCache& cache = ctx.cache;
     PackedSong* slot = nullptr;
-    const std::int64_t index = cache.UpperBound() > 0 ? cache.FindForUpdate(key, slot) : -1;
+    std::int64_t index = -1;
+    if (ahead != nullptr && ahead->cacheChanges == cache.Changes()) {
+        index = ahead->index;
+        slot = ahead->slot;
+    } else {
+        index = SearchCache(cache, key(), slot);
+    }
     ReadFile file;
     FileStatus status;
     if (prefetched != nullptr) {
@@ -239,7 +259,7 @@ Found LookUp(std::string& path, bool noCache, SongLookupContext& ctx,
         return Found::Nothing;
     }
     if (index == -1) {
-        ReadAndAdd(path, key, status, noCache, ctx, prefetched, &file, song);
+        ReadAndAdd(path, key(), status, noCache, ctx, prefetched, &file, song);
         return Found::Read;
     }
     // A stale slot counts as a hit too: the count comes before the date test.
@@ -254,7 +274,7 @@ Found LookUp(std::string& path, bool noCache, SongLookupContext& ctx,
         return Found::Hit;
     }
     // The stale slot stays; optimising the cache removes it later.
-    ReadAndAdd(path, key, status, noCache, ctx, prefetched, nullptr, song);
+    ReadAndAdd(path, key(), status, noCache, ctx, prefetched, nullptr, song);
     return Found::Read;
 }
 
@@ -284,7 +304,7 @@ SongInfo GetSongInfo(std::string& path, bool noCache, SongLookupContext& ctx,
         TakeHit(slot, path, fileTime, ctx.options.exactTimes, song);
         slot.SetField(kKeyLastUsed, NowOf(ctx));
     };
-    if (LookUp(path, noCache, ctx, prefetched, song, onHit) == Found::Nothing) {
+    if (LookUp(path, noCache, ctx, prefetched, nullptr, song, onHit) == Found::Nothing) {
         song = NonExistantSong();
     } else if (!IsNonExistant(song)) {
         ApplyTrackSuffix(song);
@@ -292,8 +312,11 @@ SongInfo GetSongInfo(std::string& path, bool noCache, SongLookupContext& ctx,
     return song;
 }
 
-bool GetSongView(std::string& path, bool noCache, SongLookupContext& ctx,
-                 const PrefetchedBytes* prefetched, SongInfo& read, SongView& view) {
+namespace {
+
+bool ViewSong(std::string& path, bool noCache, SongLookupContext& ctx,
+              const PrefetchedBytes* prefetched, const SongLookAhead* ahead, SongInfo& read,
+              SongView& view) {
     SongView hit;
     const auto onHit = [&](PackedSong& slot, std::string_view stamp, const LocalMoment& fileTime) {
         // The song shows the LastUsed it had before this hit; stamping may move the slot's
@@ -303,7 +326,7 @@ bool GetSongView(std::string& path, bool noCache, SongLookupContext& ctx,
         slot.SetField(kKeyLastUsed, NowOf(ctx));
         ViewHit(slot, path, stamp, fileTime, ctx.options.exactTimes, lastUsed, hit);
     };
-    switch (LookUp(path, noCache, ctx, prefetched, read, onHit)) {
+    switch (LookUp(path, noCache, ctx, prefetched, ahead, read, onHit)) {
         case Found::Nothing:
             return false;
         case Found::Hit:
@@ -321,6 +344,32 @@ bool GetSongView(std::string& path, bool noCache, SongLookupContext& ctx,
     ApplyTrackSuffix(read);
     view = ViewOf(read);
     return true;
+}
+
+}  // namespace
+
+bool GetSongView(std::string& path, bool noCache, SongLookupContext& ctx,
+                 const PrefetchedBytes* prefetched, SongInfo& read, SongView& view) {
+    return ViewSong(path, noCache, ctx, prefetched, nullptr, read, view);
+}
+
+bool GetSongView(std::string& path, bool noCache, SongLookupContext& ctx,
+                 const PrefetchedBytes* prefetched, const SongLookAhead& ahead, SongInfo& read,
+                 SongView& view) {
+    return ViewSong(path, noCache, ctx, prefetched, &ahead, read, view);
+}
+
+SongLookAhead LookAheadInCache(std::string_view trimmedPath, SongCache& cache) {
+    thread_local std::string key;
+    CacheKeyInto(trimmedPath, key);
+    SongLookAhead ahead;
+    ahead.index = SearchCache(cache, key, ahead.slot);
+    ahead.cacheChanges = cache.Changes();
+    return ahead;
+}
+
+std::string_view StampOf(const SongLookAhead& ahead) {
+    return ahead.slot != nullptr ? ahead.slot->Field(kKeyDate) : std::string_view();
 }
 
 }  // namespace jk

@@ -12,6 +12,7 @@
 
 namespace jk {
 
+class PackedSong;
 class SongCache;
 
 // What a lookup works with. The counters run across sessions (the settings keep them).
@@ -64,6 +65,26 @@ bool IsNonExistant(const SongView& song);
 // non-existant" record.
 bool GetSongView(std::string& path, bool noCache, SongLookupContext& ctx,
                  const PrefetchedBytes* prefetched, SongInfo& read, SongView& view);
+
+// A lookup begun ahead of its turn, for songs asked for in a known order (the files a list
+// reads ahead): where the path's key stands in the song cache. GetSongView handed it searches
+// the cache again only when the cache has changed since; the counting, the date test and any
+// read happen in the song's turn, as ever.
+struct SongLookAhead {
+    std::int64_t index = -1;         // the record found, -1 for none
+    PackedSong* slot = nullptr;      // that record (null for none and for index 0)
+    std::uint64_t cacheChanges = 0;  // SongCache::Changes() when it was found
+};
+
+// Begins the lookup of a path trimmed as GetSongInfo trims it.
+SongLookAhead LookAheadInCache(std::string_view trimmedPath, SongCache& cache);
+// The "yyyymmddhhnnss" date stamp of the record a look-ahead found ("" for none).
+std::string_view StampOf(const SongLookAhead& ahead);
+
+// GetSongView for a path whose lookup began with LookAheadInCache.
+bool GetSongView(std::string& path, bool noCache, SongLookupContext& ctx,
+                 const PrefetchedBytes* prefetched, const SongLookAhead& ahead, SongInfo& read,
+                 SongView& view);
 
 // Reads the file with no cache lookup, and adds the record to the cache unless `noCache` (a
 // failed read is never added). `status` is the file's status, taken by the caller.

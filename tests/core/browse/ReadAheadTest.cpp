@@ -11,38 +11,23 @@
 #include <thread>
 #include <vector>
 
+#include "support/TempFolder.h"
 #include "util/FileIo.h"
 #include "util/TimeHelpers.h"
 
 namespace jk {
 namespace {
 
-namespace fs = std::filesystem;
+using test::TempFolder;
 
-class TempFolder {
-public:
-    TempFolder() {
-        path_ = fs::temp_directory_path() /
-                ("jk-readahead-" + std::to_string(::getpid()) + "-" + std::to_string(counter_++));
-        fs::create_directories(path_);
+// A file of `size` bytes in a pattern that differs with the length of its name.
+std::string WritePattern(const TempFolder& dir, const std::string& name, std::size_t size) {
+    std::string bytes(size, '\0');
+    for (std::size_t i = 0; i < size; ++i) {
+        bytes[i] = static_cast<char>((i * 7 + name.size()) & 0xFF);
     }
-    ~TempFolder() {
-        std::error_code ignored;
-        fs::remove_all(path_, ignored);
-    }
-    std::string Folder() const { return path_.string() + "/"; }
-    std::string Write(const std::string& name, std::size_t size) {
-        std::ofstream out(path_ / name, std::ios::binary);
-        for (std::size_t i = 0; i < size; ++i) {
-            out.put(static_cast<char>((i * 7 + name.size()) & 0xFF));
-        }
-        return Folder() + name;
-    }
-
-private:
-    fs::path path_;
-    static inline int counter_ = 0;
-};
+    return dir.Write(name, bytes);
+}
 
 struct Seen {
     std::string path;
@@ -88,9 +73,9 @@ void ScanAll(ReadAheadScanner& scanner, const std::string& folder,
 
 // Writes a file of `size` bytes beginning with an ID3v2 header whose tag (header included)
 // takes `tagBytes`.
-std::string WriteTagged(TempFolder& dir, const std::string& name, std::size_t size,
+std::string WriteTagged(const TempFolder& dir, const std::string& name, std::size_t size,
                         std::size_t tagBytes) {
-    const std::string path = dir.Write(name, size);
+    const std::string path = WritePattern(dir, name, size);
     const std::size_t body = tagBytes - 10;
     const unsigned char header[10] = {'I', 'D', '3', 3, 0, 0,
                                       static_cast<unsigned char>((body >> 21) & 0x7F),
@@ -106,7 +91,7 @@ TEST(ReadAheadScanner, HandsFilesOverInOrderOnTheWalksThreadWithTheBytesTheReade
     TempFolder dir;
     const std::vector<std::string> names = Names(300);
     for (std::size_t i = 0; i < names.size(); ++i) {
-        dir.Write(names[i], 200 + i * 50);
+        WritePattern(dir, names[i], 200 + i * 50);
     }
     for (const int threads : {0, 1, 3, 8}) {
         std::vector<Seen> seen;
@@ -155,9 +140,9 @@ TEST(ReadAheadScanner, TakesAnId3v2TagWithTheBlockBehindItAsTheReaderDoes) {
 
 TEST(ReadAheadScanner, OpensNoFileThatTheCacheWillAnswer) {
     TempFolder dir;
-    const std::string hit = dir.Write("hit.mp3", 5000);
-    const std::string stale = dir.Write("stale.mp3", 5000);
-    dir.Write("new.mp3", 5000);
+    const std::string hit = WritePattern(dir, "hit.mp3", 5000);
+    const std::string stale = WritePattern(dir, "stale.mp3", 5000);
+    WritePattern(dir, "new.mp3", 5000);
     const std::string hitStamp = FormatStamp14(StatPath(hit).modifiedSeconds);
     std::vector<std::string> asked;
     std::vector<std::thread::id> askedOn;
@@ -194,9 +179,9 @@ TEST(ReadAheadScanner, OpensNoFileThatTheCacheWillAnswer) {
 
 TEST(ReadAheadScanner, ReadsNothingAheadForFilteredMissingOrTooShortFiles) {
     TempFolder dir;
-    dir.Write("a.ogg", 1000);
-    dir.Write("b.mp3", 1000);
-    dir.Write("tiny.mp3", 131);
+    WritePattern(dir, "a.ogg", 1000);
+    WritePattern(dir, "b.mp3", 1000);
+    WritePattern(dir, "tiny.mp3", 131);
     std::filesystem::create_directory(dir.Folder() + "folder.mp3");
     std::vector<Seen> seen;
     {
@@ -218,7 +203,7 @@ TEST(ReadAheadScanner, HandsOverWholeBytesOfFilesThatHadToComeFromTheDisk) {
     TempFolder dir;
     const std::vector<std::string> names = Names(200);
     for (const std::string& name : names) {
-        const std::string path = dir.Write(name, 40000);
+        const std::string path = WritePattern(dir, name, 40000);
         // Out of memory, where the file system allows it: the read-ahead must wait for them.
         const int fd = ::open(path.c_str(), O_RDONLY);
         ::fdatasync(fd);
@@ -242,7 +227,7 @@ TEST(ReadAheadScanner, DroppedFilesAreNeverHandedOverAndScanningGoesOnAfterwards
     TempFolder dir;
     const std::vector<std::string> names = Names(400);
     for (const std::string& name : names) {
-        dir.Write(name, 300);
+        WritePattern(dir, name, 300);
     }
     std::vector<Seen> seen;
     {

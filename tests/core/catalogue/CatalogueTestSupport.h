@@ -1,44 +1,25 @@
 #pragma once
 
-// Small helpers shared by the catalogue tests: a temporary folder, records built in one line,
-// and raw file bytes.
+// Small helpers shared by the catalogue tests: records built in one line and VBASE bytes, with
+// the temporary folder and raw file bytes of support/TempFolder.h.
 
 #include <cstdint>
-#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "catalogue/SongCache.h"
 #include "metadata/SongInfo.h"
+#include "support/CacheRecords.h"
+#include "support/TempFolder.h"
 
 namespace jk::test {
-
-// A fresh folder under the system's temporary folder, removed with its contents at the end.
-class TempFolder {
-public:
-    TempFolder();
-    ~TempFolder();
-    TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
-
-    const std::string& Path() const { return m_path; }
-    std::string File(std::string_view name) const { return m_path + "/" + std::string(name); }
-
-private:
-    std::string m_path;
-};
-
-std::string ReadBytes(const std::string& path);
-void WriteBytes(const std::string& path, std::string_view bytes);
 
 // A record in the cache's stored form.
 SongInfo StoredSong(std::string_view key, std::string_view lastUsed = "20240601120000",
                     std::string_view title = "");
 
-// A cache holding these records in this order (no sorting).
-SongCache CacheOf(const std::vector<SongInfo>& songs);
-std::vector<std::string> KeysOf(const SongCache& cache);
+// One field (a sort key, 1 to 13) of every record, in the cache's order.
 std::vector<std::string> FieldsOf(const SongCache& cache, int key);
 
 // A VBASE field: 2-byte big-endian length and the bytes.

@@ -16,6 +16,7 @@
 namespace jk {
 namespace {
 
+using test::StoredSong;
 using test::TempFolder;
 using test::WriteBytes;
 
@@ -195,6 +196,51 @@ TEST_F(GetSongInfoTest, APrefetchedStatusStandsInForTheStat) {
     std::string p = path;
     SongLookupContext ctx = Context();
     EXPECT_EQ(GetSongInfo(p, false, ctx, &prefetched).Title, "Song");
+}
+
+TEST_F(GetSongInfoTest, ALookAheadStandsInForTheSearchOnlyWhileTheCacheStandsStill) {
+    const std::string kept = m_folder.File("kept.mp3");
+    const std::string later = m_folder.File("later.mp3");
+    WriteSong(kept, "Kept");
+    WriteSong(later, "Later");
+    Get(kept);
+    // New tags under the old date: only a read of the file could see them.
+    WriteSong(kept, "Retagged");
+    WriteSong(later, "Retagged");
+    const auto view = [this](std::string path, const SongLookAhead& ahead) {
+        SongLookupContext ctx = Context();
+        SongInfo read;
+        SongView song;
+        const bool found = GetSongView(path, false, ctx, nullptr, ahead, read, song);
+        return found ? std::string(song.Title) : std::string("(none)");
+    };
+
+    // Unchanged: the slot found ahead answers, and the lookup is counted in its turn.
+    const SongLookAhead keptAhead = LookAheadInCache(kept, m_cache);
+    ASSERT_EQ(keptAhead.index, 1);
+    EXPECT_EQ(StampOf(keptAhead), FormatStamp14(kFileTime));
+    EXPECT_EQ(view(kept, keptAhead), "Kept");
+    EXPECT_EQ(m_total, 2);
+    EXPECT_EQ(m_hits, 1);
+
+    // A record put in front moves the slot found ahead: the turn searches again and still
+    // hits, rather than taking the record now standing where the slot was.
+    const SongLookAhead moved = LookAheadInCache(kept, m_cache);
+    m_cache.Insert(1, PackedSong(StoredSong("aaa.mp3")));
+    EXPECT_EQ(view(kept, moved), "Kept");
+    EXPECT_EQ(m_hits, 2);
+
+    // "later.mp3" was added after its look-ahead found nothing: its turn hits the new record
+    // rather than reading the song and adding it a second time.
+    const SongLookAhead laterAhead = LookAheadInCache(later, m_cache);
+    ASSERT_EQ(laterAhead.index, -1);
+    EXPECT_EQ(StampOf(laterAhead), "");
+    ASSERT_EQ(Get(later).Title, "Retagged");
+    ASSERT_EQ(m_cache.UpperBound(), 3);
+    EXPECT_EQ(view(later, laterAhead), "Retagged");
+    EXPECT_EQ(m_cache.UpperBound(), 3);
+    EXPECT_EQ(m_total, 5);
+    EXPECT_EQ(m_hits, 3);
 }
 
 TEST_F(GetSongInfoTest, CountingPastTheTopOfTheCounterFails) {

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "CatalogueTestSupport.h"
@@ -198,6 +200,34 @@ TEST(SongCache, IndexZeroAndOutOfRangeReadAsBlank) {
     EXPECT_EQ(CacheFind(cache, "a longer key than sixteen"), -1);
     cache.Clear();
     EXPECT_EQ(cache.UpperBound(), 0);
+}
+
+TEST(SongCache, ChangesMoveWithEveryEditButNotWithSearchesOrStamps) {
+    // A record found before the count moved may have moved itself: each edit must move it.
+    const auto moves = [](const std::function<void(SongCache&)>& edit) {
+        SongCache cache = CacheOfKeys({"a.mp3", "b.mp3", "c.mp3"});
+        const std::uint64_t before = cache.Changes();
+        edit(cache);
+        return cache.Changes() != before;
+    };
+    EXPECT_TRUE(moves([](SongCache& c) { CacheAdd(c, SongAt("/m/b2.mp3"), "20240101", "x"); }));
+    EXPECT_TRUE(moves([](SongCache& c) { c.Insert(1, PackedSong(StoredSong("0.mp3"))); }));
+    EXPECT_TRUE(moves([](SongCache& c) { c.SetField(2, kKeyPath, "z.mp3"); }));
+    EXPECT_TRUE(moves([](SongCache& c) { c.SetLastUsed(2, "20990101000000"); }));
+    EXPECT_TRUE(moves([](SongCache& c) { c.Clear(); }));
+    EXPECT_TRUE(moves([](SongCache& c) { c.Assign(c.TakeAll()); }));
+    EXPECT_TRUE(moves([](SongCache& c) { c.ForEach([](std::int64_t, PackedSong&) {}); }));
+    EXPECT_TRUE(moves([](SongCache& c) { c = CacheOfKeys({"a.mp3", "b.mp3", "c.mp3"}); }));
+
+    EXPECT_FALSE(moves([](SongCache& c) {
+        PackedSong* slot = nullptr;
+        c.FindForUpdate("b.mp3", slot);
+        // A hit stamps its LastUsed through the slot: the record stays where it was found.
+        slot->SetField(kKeyLastUsed, "20990101000000");
+        CacheFind(c, "c.mp3");
+        c.InsertIndex("d.mp3");
+        std::as_const(c).ForEach([](std::int64_t, const PackedSong&) {});
+    }));
 }
 
 // The two searches as the record array would run them on a flat list of keys (index 0 is the

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "core/metadata/SongBytes.h"
-#include "core/metadata/TempFolder.h"
+#include "support/TempFolder.h"
 #include "metadata/SongFileReader.h"
 #include "metadata/SongReadContext.h"
 

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/metadata/TempFolder.h"
+#include "support/TempFolder.h"
 #include "metadata/SilentMp3.h"
 #include "util/FileIo.h"
 

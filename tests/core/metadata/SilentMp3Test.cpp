@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "core/metadata/TempFolder.h"
+#include "support/TempFolder.h"
 #include "metadata/SongFileReader.h"
 
 namespace jk {
@@ -44,7 +44,7 @@ TEST(MakeSilentFile, ASizeOfZeroLeavesOneFrameAndTheTag) {
     std::string path;
     ASSERT_TRUE(MakeSilentFile(folder.Path(), " 0 ", &path).ok);
     EXPECT_EQ(path, folder.File("0KB.mp3"));
-    const std::string bytes = test::TempFolder::Read(path);
+    const std::string bytes = test::ReadBytes(path);
     ASSERT_EQ(bytes.size(), 418u + 128u);
     EXPECT_EQ(bytes.substr(0, 418), std::string(SilentFrame().begin(), SilentFrame().end()));
     const SongInfo song = ReadFile(path, false);

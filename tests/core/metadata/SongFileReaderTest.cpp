@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "core/metadata/SongBytes.h"
-#include "core/metadata/TempFolder.h"
+#include "support/TempFolder.h"
 #include "metadata/ByteSource.h"
 #include "metadata/ReadOutcome.h"
 #include "util/TimeHelpers.h"

@@ -7,7 +7,8 @@
 #include <csignal>
 
 #include "core/metadata/SongBytes.h"
-#include "core/metadata/TempFolder.h"
+#include "support/MemoryTagFile.h"
+#include "support/TempFolder.h"
 #include "metadata/SongFileReader.h"
 #include "metadata/Truncater.h"
 
@@ -17,47 +18,9 @@ namespace {
 using test::Bytes;
 using test::Id3v1;
 using test::Lyrics3;
+using test::MemoryTagFile;
 
 const SingleByteCodepage& kPage = SingleByteCodepage::Windows1252();
-
-// A file in memory that can be told to fail a write part-way, or its truncation.
-class MemoryTagFile final : public TagFile {
-public:
-    explicit MemoryTagFile(std::string bytes) : m_bytes(std::move(bytes)) {}
-
-    std::int64_t Size() const override { return static_cast<std::int64_t>(m_bytes.size()); }
-    bool ReadAt(std::int64_t offset, std::span<std::uint8_t> out) override {
-        if (offset < 0 || offset + static_cast<std::int64_t>(out.size()) > Size()) {
-            return false;
-        }
-        std::copy_n(m_bytes.begin() + offset, out.size(), out.begin());
-        return true;
-    }
-    bool WriteAt(std::int64_t offset, std::span<const std::uint8_t> data) override {
-        std::size_t count = data.size();
-        const bool fail = m_writeBudget >= 0 && static_cast<std::int64_t>(count) > m_writeBudget;
-        if (fail) {
-            count = static_cast<std::size_t>(m_writeBudget);
-        }
-        const auto at = static_cast<std::size_t>(offset);
-        if (m_bytes.size() < at + count) {
-            m_bytes.resize(at + count);
-        }
-        std::copy_n(data.begin(), count, m_bytes.begin() + static_cast<std::ptrdiff_t>(at));
-        return !fail;
-    }
-    bool TruncateTo(std::int64_t length) override {
-        if (m_failTruncate) {
-            return false;
-        }
-        m_bytes.resize(static_cast<std::size_t>(length));
-        return true;
-    }
-
-    std::string m_bytes;
-    std::int64_t m_writeBudget = -1;  // bytes a write may still put down; -1: no limit
-    bool m_failTruncate = false;
-};
 
 SongInfo Song(std::string title, std::string artist = "Artist", std::string album = "Album") {
     SongInfo song;
@@ -230,7 +193,7 @@ TEST(TagWriterOnDisk, WritesAReadOnlyFileAndLeavesItWritable) {
     struct stat st {};
     ASSERT_EQ(::stat(path.c_str(), &st), 0);
     EXPECT_NE(st.st_mode & S_IWUSR, 0u);
-    const std::string bytes = test::TempFolder::Read(path);
+    const std::string bytes = test::ReadBytes(path);
     EXPECT_EQ(bytes.substr(0, kAudio.size()), kAudio);
     EXPECT_EQ(ReadBack(bytes).Title, "Read only");
     EXPECT_FALSE(WriteSongTag(folder.File("missing.mp3"), Song("x")));
@@ -244,11 +207,11 @@ TEST(TagWriterOnDisk, TheAudioSurvivesEveryWriteAndStrip) {
                               Song("Three", std::string(33, 'a'))};
     for (const SongInfo& song : songs) {
         ASSERT_TRUE(WriteSongTag(path, song));
-        EXPECT_EQ(test::TempFolder::Read(path).substr(0, kAudio.size()), kAudio);
-        EXPECT_EQ(ReadBack(test::TempFolder::Read(path)).Title, song.Title);
+        EXPECT_EQ(test::ReadBytes(path).substr(0, kAudio.size()), kAudio);
+        EXPECT_EQ(ReadBack(test::ReadBytes(path)).Title, song.Title);
     }
     EXPECT_TRUE(StripTags(path));
-    EXPECT_EQ(test::TempFolder::Read(path), kAudio);
+    EXPECT_EQ(test::ReadBytes(path), kAudio);
     EXPECT_FALSE(StripTags(path));
 }
 
@@ -266,19 +229,19 @@ TEST(TagWriterOnDisk, AWriteCutShortByTheFileSizeLimitKeepsTheAudio) {
     ::setrlimit(RLIMIT_FSIZE, &old);
     std::signal(SIGXFSZ, previous);
     EXPECT_FALSE(written);
-    EXPECT_EQ(test::TempFolder::Read(path).substr(0, kAudio.size()), kAudio);
+    EXPECT_EQ(test::ReadBytes(path).substr(0, kAudio.size()), kAudio);
 }
 
 TEST(TruncateFile, CutsFromTheEndAndRefusesBadCounts) {
     test::TempFolder folder;
     const std::string path = folder.Write("cut.bin", "0123456789");
     EXPECT_EQ(TruncateFile(path, 3), 1);
-    EXPECT_EQ(test::TempFolder::Read(path), "0123456");
+    EXPECT_EQ(test::ReadBytes(path), "0123456");
     EXPECT_EQ(TruncateFile(path, 8), 0);
     EXPECT_EQ(TruncateFile(path, -1), 0);
-    EXPECT_EQ(test::TempFolder::Read(path), "0123456");
+    EXPECT_EQ(test::ReadBytes(path), "0123456");
     EXPECT_EQ(TruncateFile(path, 7), 1);
-    EXPECT_EQ(test::TempFolder::Read(path), "");
+    EXPECT_EQ(test::ReadBytes(path), "");
     EXPECT_EQ(TruncateFile(folder.File("none"), 1), 0);
 }
 

@@ -1,6 +1,11 @@
 #include "playback/CachedSongSource.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
 #include <filesystem>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -60,6 +65,73 @@ TEST(CachedSongSource, ASecondOpeningFindsEverySongInTheCache) {
     // last of all may be missed once.
     EXPECT_GE(hits - hitsBefore, songs - 1);
     EXPECT_EQ(again, rows);
+}
+
+// A list whose songs share their names across folders, each copy of another date: every copy
+// after the first finds the slot of another and is read and added, which moves the records the
+// read-ahead found for the lines behind it. Read through the read-ahead, the list must give what
+// GetSongInfo gives one line after another: the same rows, counts and cache.
+TEST(CachedSongSource, ReadsAsLookupsOneByOneWhenNamesRepeatAcrossFolders) {
+    ScratchFolder dir;
+    std::vector<std::filesystem::path> songs;
+    for (const auto& entry : std::filesystem::directory_iterator(JUKARRA_TEST_DATA "/songs")) {
+        if (entry.path().extension() == ".mp3") {
+            songs.push_back(entry.path());
+        }
+    }
+    ASSERT_GE(songs.size(), 2u);
+    std::sort(songs.begin(), songs.end());
+    std::string list;
+    const auto line = [&list, &dir](const std::string& path) { list += dir / path + "\r\n"; };
+    for (int copy = 0; copy < 4; ++copy) {
+        const std::string folder = "copy" + std::to_string(copy);
+        std::filesystem::create_directories(dir / folder);
+        for (std::size_t i = 0; i < songs.size(); ++i) {
+            const std::string path = folder + "/Song " + std::to_string(i) + ".mp3";
+            std::filesystem::copy_file(songs[i], dir / path);
+            const timespec times[2] = {{1700000000 + copy, 0}, {1700000000 + copy, 0}};
+            ASSERT_EQ(::utimensat(AT_FDCWD, (dir / path).c_str(), times, 0), 0);
+        }
+    }
+    for (int pass = 0; pass < 3; ++pass) {
+        for (int copy = 0; copy < 4; ++copy) {
+            for (std::size_t i = 0; i < songs.size(); ++i) {
+                line("copy" + std::to_string((copy + pass) % 4) + "/Song " + std::to_string(i) +
+                     ".mp3");
+            }
+            line("copy" + std::to_string(copy) + "/missing.mp3");
+        }
+    }
+    WriteBytes(dir / "list.m3u", list);
+
+    struct Reader {
+        SongCache cache;
+        std::int32_t lookups = 0;
+        std::int32_t hits = 0;
+        SongLookupContext ctx{cache, lookups, hits, {},
+                              [] { return std::string("20240101120000"); }};
+    };
+    Reader ahead;
+    Reader oneByOne;
+    const SongSource readAhead = CachedSongSource(ahead.ctx);
+    const SongSource plain = [&oneByOne](std::string& path) {
+        return GetSongInfo(path, false, oneByOne.ctx);
+    };
+    for (int opening = 0; opening < 2; ++opening) {
+        RowList aheadRows;
+        RowList plainRows;
+        ASSERT_TRUE(OpenListNow(dir / "list.m3u", aheadRows, readAhead, 0).Ok());
+        ASSERT_TRUE(OpenListNow(dir / "list.m3u", plainRows, plain, 0).Ok());
+        EXPECT_EQ(aheadRows, plainRows) << opening;
+        EXPECT_EQ(ahead.lookups, oneByOne.lookups) << opening;
+        EXPECT_EQ(ahead.hits, oneByOne.hits) << opening;
+        ASSERT_EQ(ahead.cache.UpperBound(), oneByOne.cache.UpperBound()) << opening;
+        for (std::int64_t i = 1; i <= ahead.cache.UpperBound(); ++i) {
+            EXPECT_EQ(ahead.cache.Record(i), oneByOne.cache.Record(i)) << opening << " " << i;
+        }
+    }
+    // The copies of other dates were read again rather than taken from another's slot.
+    EXPECT_GT(ahead.cache.UpperBound(), static_cast<std::int64_t>(songs.size()));
 }
 
 }  // namespace
