@@ -71,6 +71,12 @@ JsonLine& JsonLine::AddInteger(std::string_view name, std::int64_t number) {
     return *this;
 }
 
+JsonLine& JsonLine::AddBool(std::string_view name, bool value) {
+    AddName(name);
+    m_body += value ? "true" : "false";
+    return *this;
+}
+
 JsonLine& JsonLine::AddNumber(std::string_view name, double number) {
     AddName(name);
     m_body += std::isfinite(number) ? NumberText(number) : std::string("null");

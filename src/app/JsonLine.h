@@ -18,6 +18,7 @@ class JsonLine {
 public:
     JsonLine& AddText(std::string_view name, std::string_view text);
     JsonLine& AddInteger(std::string_view name, std::int64_t number);
+    JsonLine& AddBool(std::string_view name, bool value);
     // Whole numbers print without a fraction; a value that is not finite prints as null.
     JsonLine& AddNumber(std::string_view name, double number);
     // "{...}", without a line end.

@@ -36,19 +36,6 @@ bool ReadAttribute(const std::string& path, std::string& value) {
     return true;
 }
 
-int HexDigit(char c) {
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    if (c >= 'a' && c <= 'f') {
-        return c - 'a' + 10;
-    }
-    if (c >= 'A' && c <= 'F') {
-        return c - 'A' + 10;
-    }
-    return -1;
-}
-
 }  // namespace
 
 BlockFacts ProbeBlockDevice(std::uint32_t major, std::uint32_t minor, const std::string& sysRoot) {
@@ -80,8 +67,8 @@ std::string DecodeLabelEscapes(std::string_view name) {
     out.reserve(name.size());
     for (std::size_t i = 0; i < name.size(); ++i) {
         if (name[i] == '\\' && i + 3 < name.size() && name[i + 1] == 'x') {
-            const int high = HexDigit(name[i + 2]);
-            const int low = HexDigit(name[i + 3]);
+            const int high = HexDigitValue(name[i + 2]);
+            const int low = HexDigitValue(name[i + 3]);
             if (high >= 0 && low >= 0) {
                 out.push_back(static_cast<char>(high * 16 + low));
                 i += 3;

@@ -183,7 +183,9 @@ void WriteSongToRow(const SongInfo& song, ListRow& row) {
 
 namespace {
 
-void Shuffle(std::vector<SongInfo>& rows, bool enhanced, ShuffleRandom& random) {
+// Records or rows, by the shuffle the setting names.
+template <typename Rows>
+void Shuffle(Rows& rows, bool enhanced, ShuffleRandom& random) {
     if (enhanced) {
         EnhancedShuffle(rows, random);
     } else {
@@ -191,42 +193,33 @@ void Shuffle(std::vector<SongInfo>& rows, bool enhanced, ShuffleRandom& random) 
     }
 }
 
-void Shuffle(RowList& rows, bool enhanced, ShuffleRandom& random) {
-    if (enhanced) {
-        EnhancedShuffle(rows, random);
-    } else {
-        QuickShuffle(rows, random);
+// The records of the rows that `take` accepts, shuffled; an empty list leaves `rows` as it is.
+template <typename Predicate>
+void ShuffleRowsWhere(const RowList& list, std::vector<SongInfo>& rows, bool enhanced,
+                      ShuffleRandom& random, Predicate take) {
+    if (list.empty()) {
+        return;
     }
+    rows.clear();
+    rows.reserve(list.size());
+    for (const ListRow& row : list) {
+        if (take(row)) {
+            rows.push_back(SongFromRow(row));
+        }
+    }
+    Shuffle(rows, enhanced, random);
 }
 
 }  // namespace
 
 void ShuffleAllRows(const RowList& list, std::vector<SongInfo>& rows, bool enhanced,
                     ShuffleRandom& random) {
-    if (list.empty()) {
-        return;
-    }
-    rows.clear();
-    rows.reserve(list.size());
-    for (const ListRow& row : list) {
-        rows.push_back(SongFromRow(row));
-    }
-    Shuffle(rows, enhanced, random);
+    ShuffleRowsWhere(list, rows, enhanced, random, [](const ListRow&) { return true; });
 }
 
 void ShuffleSelectedRows(const RowList& list, std::vector<SongInfo>& rows, bool enhanced,
                          ShuffleRandom& random) {
-    if (list.empty()) {
-        return;
-    }
-    rows.clear();
-    rows.reserve(list.size());
-    for (const ListRow& row : list) {
-        if (row.Selected()) {
-            rows.push_back(SongFromRow(row));
-        }
-    }
-    Shuffle(rows, enhanced, random);
+    ShuffleRowsWhere(list, rows, enhanced, random, [](const ListRow& row) { return row.Selected(); });
 }
 
 void WriteBackAllRows(RowList& list, const std::vector<SongInfo>& rows) {

@@ -41,14 +41,7 @@ double ValRadix(std::string_view text, std::size_t pos, int radix) {
         if (IsValSpace(c)) {
             continue;
         }
-        int d = -1;
-        if (c >= '0' && c <= '9') {
-            d = c - '0';
-        } else if (radix == 16 && c >= 'a' && c <= 'f') {
-            d = c - 'a' + 10;
-        } else if (radix == 16 && c >= 'A' && c <= 'F') {
-            d = c - 'A' + 10;
-        }
+        const int d = HexDigitValue(c);
         if (d < 0 || d >= radix) {
             break;
         }
@@ -68,6 +61,19 @@ double ValRadix(std::string_view text, std::size_t pos, int radix) {
 }
 
 }  // namespace
+
+int HexDigitValue(char c) {
+    if (c >= '0' && c <= '9') {
+        return c - '0';
+    }
+    if (c >= 'a' && c <= 'f') {
+        return c - 'a' + 10;
+    }
+    if (c >= 'A' && c <= 'F') {
+        return c - 'A' + 10;
+    }
+    return -1;
+}
 
 double Val(std::string_view text) {
     std::size_t pos = 0;

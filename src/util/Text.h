@@ -41,6 +41,9 @@ std::string FormatZeroPadded(std::int64_t value, int digits);
 // significant digits and no trailing zeros.
 std::string NumberText(double value);
 
+// The value of a hexadecimal digit (either case), or -1 for any other character.
+int HexDigitValue(char c);
+
 bool StartsWith(std::string_view text, std::string_view prefix);
 bool EndsWith(std::string_view text, std::string_view suffix);
 

@@ -8,49 +8,18 @@ set -u
 CLI=${1:?usage: test_lists.sh PATH_TO_JUKARRA_CLI}
 CLI="$(cd "$(dirname "$CLI")" && pwd)/$(basename "$CLI")"
 SONGS="$(cd "$(dirname "$0")/../data/songs" && pwd)"
-WORK=$(mktemp -d)
-HOLDER=""
-cleanup() {
-    [ -n "$HOLDER" ] && kill "$HOLDER" 2>/dev/null
-    rm -rf "$WORK"
-}
-trap cleanup EXIT
-# Keep the user's own settings and environment out of every run.
-export HOME="$WORK/home"
-unset JUKARRA_HOME XDG_DATA_HOME
-mkdir -p "$HOME"
+# shellcheck source=cli_test_support.sh
+. "$(dirname "$0")/cli_test_support.sh"
 DATA="$WORK/data"
 MUSIC="$WORK/music"
 LISTS="$WORK/lists"
 mkdir -p "$DATA" "$MUSIC" "$LISTS"
 
-FAILURES=0
-fail() {
-    echo "FAIL: $*" >&2
-    FAILURES=$((FAILURES + 1))
-}
-
 # run ARGS...: runs the tool on the data folder, leaving OUT, ERR and RC.
-run() {
-    "$CLI" --data-dir "$DATA" "$@" >"$WORK/out" 2>"$WORK/err"
-    RC=$?
-    OUT=$(cat "$WORK/out")
-    ERR=$(cat "$WORK/err")
-}
-
-expect_rc() {  # expect_rc WANTED WHAT
-    [ "$RC" -eq "$1" ] || fail "$2: exit $RC, wanted $1 (stderr: $ERR)"
-}
-
-expect_one_error_line() {  # expect_one_error_line WHAT
-    [ "$(wc -l <"$WORK/err")" -eq 1 ] || fail "$1: stderr is not one line: '$ERR'"
-    [[ "$ERR" == jukarra-cli:* ]] || fail "$1: stderr does not name the tool: '$ERR'"
-}
+run() { capture "$CLI" --data-dir "$DATA" "$@"; }
 
 # column N: prints column N (1-based) of the tab-separated rows in OUT, header left out.
 column() { tail -n +2 <<<"$OUT" | cut -f "$1"; }
-
-checksum() { md5sum "$@" | cut -d' ' -f1; }
 
 # The songs of a folder walk in the file system's own order (what readdir gives, as `ls -U`
 # shows it): the .mp3 files of a folder, then each sub-folder the same way.
@@ -294,10 +263,7 @@ grep -qx "Cache size: $ROWS / Infinity" <<<"$OUT" ||
     fail "an interrupted scan cached other than its $ROWS rows: $OUT"
 
 # --- while the desktop program holds the data folder ---
-sleep 30 &
-HOLDER=$!
-sleep 0.2
-printf '%s\nsleep\n%s\n' "$HOLDER" "$(hostname)" >"$DATA/jukarra.lock"
+hold_data_folder "$DATA"
 CACHE_BEFORE=$(checksum "$DATA/cache.dat")
 run scan "$MUSIC"
 expect_rc 0 "scan while the desktop program runs"
@@ -318,9 +284,7 @@ run shuffle --seed 1 "$LIST"
 expect_rc 0 "shuffle while the desktop program runs"
 run playlist show "$LIST"
 expect_rc 0 "playlist show while the desktop program runs"
-kill "$HOLDER"
-wait "$HOLDER" 2>/dev/null
-HOLDER=""
+release_data_folder
 
 # --- bad usage ---
 for args in "drives extra" "drives --json=1" "scan" "scan a b" "scan --bogus $MUSIC" "playlist" \
@@ -334,8 +298,4 @@ for args in "drives extra" "drives --json=1" "scan" "scan a b" "scan --bogus $MU
     [ -z "$OUT" ] || fail "bad usage '$args': unexpected output '$OUT'"
 done
 
-if [ "$FAILURES" -ne 0 ]; then
-    echo "$FAILURES failure(s)" >&2
-    exit 1
-fi
-echo "all list command tests passed"
+finish "list command"

@@ -4,44 +4,16 @@
 set -u
 
 CLI=${1:?usage: test_settings.sh PATH_TO_JUKARRA_CLI}
-WORK=$(mktemp -d)
-HOLDER=""
-cleanup() {
-    [ -n "$HOLDER" ] && kill "$HOLDER" 2>/dev/null
-    rm -rf "$WORK"
-}
-trap cleanup EXIT
-# Keep the user's own settings and environment out of every run.
-export HOME="$WORK/home"
-unset JUKARRA_HOME XDG_DATA_HOME
-mkdir -p "$HOME"
+# shellcheck source=cli_test_support.sh
+. "$(dirname "$0")/cli_test_support.sh"
 
-FAILURES=0
-fail() {
-    echo "FAIL: $*" >&2
-    FAILURES=$((FAILURES + 1))
-}
+# run COMMAND...: leaves OUT, ERR and RC.
+run() { capture "$@"; }
 
-# run ARGS...: runs the tool, leaving OUT, ERR and RC.
-run() {
-    "$@" >"$WORK/out" 2>"$WORK/err"
-    RC=$?
-    OUT=$(cat "$WORK/out")
-    ERR=$(cat "$WORK/err")
-}
-
-expect_rc() {  # expect_rc WANTED WHAT
-    [ "$RC" -eq "$1" ] || fail "$2: exit $RC, wanted $1 (stderr: $ERR)"
-}
-
-expect_line() {  # expect_line LINE WHAT: OUT holds LINE exactly
-    grep -qxF -- "$1" <<<"$OUT" || fail "$2: no line '$1'"
-}
-
-expect_one_error_line() {  # expect_one_error_line WHAT
+# A usage or work error prints nothing on standard output and one line on standard error.
+expect_error_only() {  # expect_error_only WHAT
     [ -z "$OUT" ] || fail "$1: unexpected output '$OUT'"
-    [ "$(wc -l <"$WORK/err")" -eq 1 ] || fail "$1: stderr is not one line: '$ERR'"
-    [[ "$ERR" == jukarra-cli:* ]] || fail "$1: stderr does not name the tool: '$ERR'"
+    expect_one_error_line "$1"
 }
 
 # --- help and version ---
@@ -134,19 +106,14 @@ run "$WORK/portable/jukarra-cli" settings
 expect_line "Options.IntroLength=44" "portable install"
 
 # --- refused while the desktop program holds the data folder ---
-sleep 30 &
-HOLDER=$!
-sleep 0.2
-printf '%s\nsleep\n%s\n' "$HOLDER" "$(hostname)" >"$DATA/jukarra.lock"
+hold_data_folder "$DATA"
 run "$CLI" --data-dir "$DATA" settings set IntroLength 9
 expect_rc 2 "settings set while the desktop program runs"
-expect_one_error_line "settings set while the desktop program runs"
+expect_error_only "settings set while the desktop program runs"
 run "$CLI" --data-dir "$DATA" settings
 expect_rc 0 "reading while the desktop program runs"
 expect_line "Options.IntroLength=2" "reading while the desktop program runs"
-kill "$HOLDER"
-wait "$HOLDER" 2>/dev/null
-HOLDER=""
+release_data_folder
 run "$CLI" --data-dir "$DATA" settings set IntroLength 9   # a holder that died holds nothing
 expect_rc 0 "settings set after the holder died"
 
@@ -154,7 +121,7 @@ expect_rc 0 "settings set after the holder died"
 touch "$WORK/plain-file"
 run "$CLI" --data-dir "$WORK/plain-file/data" settings
 expect_rc 2 "uncreatable data folder"
-expect_one_error_line "uncreatable data folder"
+expect_error_only "uncreatable data folder"
 grep -q "data folder" <<<"$ERR" || fail "uncreatable data folder: the message does not say so"
 
 # --- bad usage ---
@@ -164,11 +131,7 @@ for args in "" "frobnicate" "--bogus settings" "--data-dir" "settings --xml" "se
     # shellcheck disable=SC2086
     run "$CLI" --data-dir "$DATA" $args
     expect_rc 1 "bad usage '$args'"
-    expect_one_error_line "bad usage '$args'"
+    expect_error_only "bad usage '$args'"
 done
 
-if [ "$FAILURES" -ne 0 ]; then
-    echo "$FAILURES failure(s)" >&2
-    exit 1
-fi
-echo "all settings tests passed"
+finish "settings"

@@ -7,53 +7,18 @@ set -u
 CLI=${1:?usage: test_songs.sh PATH_TO_JUKARRA_CLI}
 CLI="$(cd "$(dirname "$CLI")" && pwd)/$(basename "$CLI")"
 SONGS="$(cd "$(dirname "$0")/../data/songs" && pwd)"
-WORK=$(mktemp -d)
-HOLDER=""
-cleanup() {
-    [ -n "$HOLDER" ] && kill "$HOLDER" 2>/dev/null
-    rm -rf "$WORK"
-}
-trap cleanup EXIT
-# Keep the user's own settings and environment out of every run.
-export HOME="$WORK/home"
-unset JUKARRA_HOME XDG_DATA_HOME
-mkdir -p "$HOME"
+# shellcheck source=cli_test_support.sh
+. "$(dirname "$0")/cli_test_support.sh"
 DATA="$WORK/data"
 MUSIC="$WORK/music"
 mkdir -p "$DATA" "$MUSIC"
 
-FAILURES=0
-fail() {
-    echo "FAIL: $*" >&2
-    FAILURES=$((FAILURES + 1))
-}
-
 # run ARGS...: runs the tool on the data folder, leaving OUT, ERR and RC.
-run() {
-    "$CLI" --data-dir "$DATA" "$@" >"$WORK/out" 2>"$WORK/err"
-    RC=$?
-    OUT=$(cat "$WORK/out")
-    ERR=$(cat "$WORK/err")
-}
-
-expect_rc() {  # expect_rc WANTED WHAT
-    [ "$RC" -eq "$1" ] || fail "$2: exit $RC, wanted $1 (stderr: $ERR)"
-}
-
-expect_line() {  # expect_line LINE WHAT: OUT holds LINE exactly
-    grep -qxF -- "$1" <<<"$OUT" || fail "$2: no line '$1' in: $OUT"
-}
-
-expect_one_error_line() {  # expect_one_error_line WHAT
-    [ "$(wc -l <"$WORK/err")" -eq 1 ] || fail "$1: stderr is not one line: '$ERR'"
-    [[ "$ERR" == jukarra-cli:* ]] || fail "$1: stderr does not name the tool: '$ERR'"
-}
+run() { capture "$CLI" --data-dir "$DATA" "$@"; }
 
 json_field() {  # json_field LINE FIELD: prints one field of one JSON object
     python3 -c 'import json, sys; print(json.loads(sys.argv[1])[sys.argv[2]])' "$1" "$2"
 }
-
-checksum() { md5sum "$@" | cut -d' ' -f1; }
 
 # The cache knows a file's date to the second. A song written twice within a second would
 # look unchanged, so every song the tests write is dated back to a moment of its own.
@@ -260,10 +225,7 @@ expect_rc 2 "silent into a missing folder"
 expect_one_error_line "silent into a missing folder"
 
 # --- while the desktop program holds the data folder ---
-sleep 30 &
-HOLDER=$!
-sleep 0.2
-printf '%s\nsleep\n%s\n' "$HOLDER" "$(hostname)" >"$DATA/jukarra.lock"
+hold_data_folder "$DATA"
 CACHE_BEFORE=$(checksum "$DATA/cache.dat")
 INI_BEFORE=$(checksum "$DATA/jukarra2.ini")
 run info --json "$PLAIN" "$UNTAGGED"
@@ -284,9 +246,7 @@ done
 [ "$(checksum "$PLAIN")" = "$PLAIN_BEFORE" ] || fail "a tag was written under the desktop program"
 run cache stats
 expect_rc 0 "cache stats while the desktop program runs"
-kill "$HOLDER"
-wait "$HOLDER" 2>/dev/null
-HOLDER=""
+release_data_folder
 
 # --- a new tag code page empties the cache: its texts were decoded in the old one ---
 run info "$PLAIN"
@@ -309,8 +269,4 @@ for args in "info" "info --bogus $PLAIN" "info --json=1 $PLAIN" "tag" "tag frob 
     [ -z "$OUT" ] || fail "bad usage '$args': unexpected output '$OUT'"
 done
 
-if [ "$FAILURES" -ne 0 ]; then
-    echo "$FAILURES failure(s)" >&2
-    exit 1
-fi
-echo "all song command tests passed"
+finish "song command"

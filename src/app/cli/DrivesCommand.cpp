@@ -15,16 +15,13 @@ namespace jk {
 namespace {
 
 std::string DriveJsonLine(const DriveRoot& drive) {
-    // JsonLine has no truth values, so the line is closed by hand.
-    std::string line = JsonLine()
-                           .AddText("Root", drive.Root)
-                           .AddText("Text", drive.Text)
-                           .AddText("Label", drive.Label)
-                           .AddInteger("Type", drive.Type)
-                           .Text();
-    line.pop_back();
-    line += drive.HomeShortcut ? ",\"HomeShortcut\":true}" : ",\"HomeShortcut\":false}";
-    return line;
+    return JsonLine()
+        .AddText("Root", drive.Root)
+        .AddText("Text", drive.Text)
+        .AddText("Label", drive.Label)
+        .AddInteger("Type", drive.Type)
+        .AddBool("HomeShortcut", drive.HomeShortcut)
+        .Text();
 }
 
 std::string DriveTextLine(const DriveRoot& drive) {

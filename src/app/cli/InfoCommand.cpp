@@ -5,15 +5,14 @@
 #include <string>
 #include <string_view>
 
-#include "app/CacheSaving.h"
 #include "app/JsonLine.h"
 #include "app/Session.h"
 #include "app/SongLookup.h"
 #include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
+#include "app/cli/ListCommandSupport.h"
 #include "app/cli/SongCommandSupport.h"
 #include "metadata/GetSongInfo.h"
-#include "platform/InstanceLock.h"
 
 namespace jk {
 
@@ -59,25 +58,6 @@ void PrintSongBlock(const SongInfo& song) {
     PrintBlockLine("Track:", std::to_string(song.Track));
 }
 
-// What a reading command learnt is saved only when the desktop program is not running: it
-// keeps its own cache and counters, and saves them when it closes.
-int SaveOrSayWhy(CliContext& context, Session& session, const InstanceLock& lock,
-                 InstanceLock::Result locked) {
-    if (locked != InstanceLock::Result::Acquired) {
-        const std::string why = locked == InstanceLock::Result::HeldElsewhere
-                                    ? "Jukarra is running on " + context.DataFolder()
-                                    : lock.Error();
-        CliContext::Error(why + "; the song cache and its counters were not saved");
-        return kExitOk;
-    }
-    const IoResult saved = SaveLookupResults(session);
-    if (!saved.ok) {
-        CliContext::Error("cannot save the song cache: " + saved.error);
-        return kExitFailed;
-    }
-    return kExitOk;
-}
-
 int RunInfo(CliContext& context, std::span<const std::string> args) {
     const CommandArgs parsed = ParseCommandArgs(args, {"--no-cache", "--json"}, {}, "info");
     if (!parsed.error.empty()) {
@@ -89,23 +69,21 @@ int RunInfo(CliContext& context, std::span<const std::string> args) {
     const bool json = parsed.Has("--json");
     const bool noCache = parsed.Has("--no-cache");
 
-    // Taken before the cache is read, so that no other writer saves between our load and save.
-    InstanceLock lock(context.DataFolder());
-    const InstanceLock::Result locked = lock.TryAcquire();
+    LookupSaving saving(context, false);
     Session& session = SongSession(context);
+    saving.Begin(session);
     SongLookupContext lookup = MakeSongLookupContext(session);
-    const std::int32_t attemptsBefore = session.Settings.TotalCacheHits;
 
-    FileProgress progress("Reading songs");
+    ProgressLine progress("Reading songs");
     const auto total = static_cast<std::int64_t>(parsed.operands.size());
     std::int64_t done = 0;
     bool anyFailed = false;
     bool anyPrinted = false;
     for (const std::string& arg : parsed.operands) {
-        progress.Step(done++, total);
+        progress.Update(done++, total);
         std::string path = FullPathOf(arg);
         const SongInfo song = GetSongInfo(path, noCache, lookup);
-        progress.Clear();
+        progress.Finish();
         if (IsNonExistant(song)) {
             ReportUnreadable(path);
             anyFailed = true;
@@ -122,12 +100,8 @@ int RunInfo(CliContext& context, std::span<const std::string> args) {
         anyPrinted = true;
     }
 
-    int status = anyFailed ? kExitFailed : kExitOk;
-    if (session.Settings.TotalCacheHits != attemptsBefore &&
-        SaveOrSayWhy(context, session, lock, locked) != kExitOk) {
-        status = kExitFailed;
-    }
-    return FinishOutput(status);
+    const int saved = saving.Finish(session);
+    return FinishOutput(anyFailed ? kExitFailed : saved);
 }
 
 const CliRegistration kInfoCommand{CliCommand{

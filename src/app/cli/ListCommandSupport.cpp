@@ -10,18 +10,12 @@
 #include "app/cli/CliRegistry.h"
 #include "app/cli/SongCommandSupport.h"
 #include "platform/InstanceLock.h"
-#include "platform/Terminal.h"
 #include "playback/ListWriting.h"
 #include "util/Text.h"
-#include "util/Utf8.h"
 
 namespace jk {
 
 namespace {
-
-constexpr auto kRedrawInterval = std::chrono::milliseconds(100);
-// Longer texts would wrap on a narrow terminal, and "\r" would then clear only the last part.
-constexpr std::size_t kStatusWidth = 79;
 
 volatile std::sig_atomic_t g_interruptRequested = 0;
 
@@ -71,35 +65,6 @@ void PrintRow(const ListRow& row, bool json) {
         AppendCell(line, row.Get(column));
     }
     PrintOut(line);
-}
-
-StatusLine::StatusLine() : m_enabled(StderrIsTerminal()) {}
-
-StatusLine::~StatusLine() {
-    Clear();
-}
-
-void StatusLine::Show(std::string_view text) {
-    if (!m_enabled) {
-        return;
-    }
-    const auto now = std::chrono::steady_clock::now();
-    if (m_drawn && now - m_lastDraw < kRedrawInterval) {
-        return;
-    }
-    m_lastDraw = now;
-    m_drawn = true;
-    const std::string_view shown = CharLeft(text, kStatusWidth);
-    std::fprintf(stderr, "\r\x1b[K%.*s", static_cast<int>(shown.size()), shown.data());
-    std::fflush(stderr);
-}
-
-void StatusLine::Clear() {
-    if (m_drawn) {
-        std::fputs("\r\x1b[K", stderr);
-        std::fflush(stderr);
-        m_drawn = false;
-    }
 }
 
 InterruptStop::InterruptStop() {

@@ -1,10 +1,9 @@
 #pragma once
 
-// What the browsing and playlist commands share: rows of a list pane on standard output, the
-// status line of a long walk, Ctrl-C as a stop between items, and the saving of what their
-// song lookups taught the cache.
+// What the browsing and playlist commands share: rows of a list pane on standard output,
+// Ctrl-C as a stop between items, and the saving of what song
+// lookups taught the cache (which "info" shares too).
 
-#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -26,25 +25,6 @@ inline constexpr int kExitInterrupted = 130;
 // as one object a line named by the captions ("Title" ... "Volume").
 void PrintRowHeader(bool json);
 void PrintRow(const ListRow& row, bool json);
-
-// A line of status text on standard error, redrawn in place at most a few times a second, and
-// only when standard error is a terminal.
-class StatusLine {
-public:
-    StatusLine();
-    ~StatusLine();
-    StatusLine(const StatusLine&) = delete;
-    StatusLine& operator=(const StatusLine&) = delete;
-
-    void Show(std::string_view text);
-    // Clears the line; call before writing other lines to the terminal.
-    void Clear();
-
-private:
-    bool m_enabled = false;
-    bool m_drawn = false;
-    std::chrono::steady_clock::time_point m_lastDraw;
-};
 
 // While it lives, the first Ctrl-C only asks the work to stop (a second one ends the program
 // as usual). A program started with SIGINT ignored keeps ignoring it.

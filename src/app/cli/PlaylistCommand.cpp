@@ -69,7 +69,7 @@ std::string WhyNotAdded(const Session& session, const std::string& path) {
 
 // Adds what one PATH names to the list. False (the user told) when it could not be added.
 bool AddPath(Session& session, const std::string& path, SongLookupContext& lookup,
-             const ScanSetup& walk, StatusLine& status) {
+             const ScanSetup& walk, ProgressLine& status) {
     PlaylistState& list = session.Playlist;
     const FileStatus file = StatPath(path);
     if (!file.exists) {
@@ -78,7 +78,7 @@ bool AddPath(Session& session, const std::string& path, SongLookupContext& looku
     }
     if (file.isDirectory) {
         RecurseDirReal(path, list.Rows, walk);
-        status.Clear();
+        status.Finish();
         return true;
     }
     if (IsListFileName(path)) {
@@ -133,7 +133,7 @@ int Add(CliContext& context, std::span<const std::string> args) {
 
     if (allAdded) {
         PosixFolderLister lister;
-        StatusLine status;
+        ProgressLine status;
         const ScanSetup walk = CacheScanSetup(lookup, lister, session.Settings.FilterMode,
                                               [&status](const ScanProgress& step) {
                                                   status.Show(step.Status);

@@ -27,7 +27,7 @@ public:
         if (m_next == m_rows.size()) {
             return;
         }
-        m_status.Clear();
+        m_status.Finish();
         for (; m_next < m_rows.size(); ++m_next) {
             PrintRow(m_rows[m_next], m_json);
         }
@@ -35,14 +35,14 @@ public:
     void Show(std::string_view status) { m_status.Show(status); }
     void Finish() {
         PrintNewRows();
-        m_status.Clear();
+        m_status.Finish();
     }
 
 private:
     const RowList& m_rows;
     std::size_t m_next;
     bool m_json;
-    StatusLine m_status;
+    ProgressLine m_status;
 };
 
 int RunScan(CliContext& context, std::span<const std::string> args) {

@@ -112,15 +112,6 @@ int FinishOutput(int status) {
     return status;
 }
 
-void FileProgress::Step(std::int64_t done, std::int64_t total) {
-    constexpr auto kInterval = std::chrono::milliseconds(200);
-    const auto now = std::chrono::steady_clock::now();
-    if (done == 0 || now - m_lastStep >= kInterval) {
-        m_lastStep = now;
-        m_line.Update(done, total);
-    }
-}
-
 void ReportUnreadable(std::string_view path) {
     CliContext::Error(std::string(path) + ": " + std::string(kFileNonExistant));
 }

@@ -3,7 +3,6 @@
 // What the song and cache commands share: their argument parsing, the session made ready for
 // song lookups, and their output.
 
-#include <chrono>
 #include <cstdint>
 #include <initializer_list>
 #include <span>
@@ -54,21 +53,6 @@ std::string FullPathOf(std::string_view arg);
 void PrintOut(std::string_view line);
 // The exit status after the output is flushed: kExitFailed when standard output failed.
 int FinishOutput(int status);
-
-// The progress of work over many files, on a line that output and error lines share: the line
-// is cleared before each of them and redrawn at most a few times a second.
-class FileProgress {
-public:
-    explicit FileProgress(std::string label) : m_line(std::move(label)) {}
-
-    void Step(std::int64_t done, std::int64_t total);
-    // Call before writing a line of output or an error.
-    void Clear() { m_line.Finish(); }
-
-private:
-    ProgressLine m_line;
-    std::chrono::steady_clock::time_point m_lastStep;
-};
 
 // "jukarra-cli: PATH: File non-existant" on standard error.
 void ReportUnreadable(std::string_view path);

@@ -82,12 +82,12 @@ int SetTags(CliContext& context, std::span<const std::string> args) {
     SongLookupContext lookup = MakeSongLookupContext(session);
     const SingleByteCodepage* page = lookup.options.codepage.get();
 
-    FileProgress progress("Writing tags");
+    ProgressLine progress("Writing tags");
     const auto total = static_cast<std::int64_t>(parsed.operands.size());
     std::int64_t done = 0;
     bool anyFailed = false;
     for (const std::string& arg : parsed.operands) {
-        progress.Step(done++, total);
+        progress.Update(done++, total);
         const std::string path = FullPathOf(arg);
         FileStatus status;
         // Read from the file itself, never from a cache slot that may hold another file of
@@ -96,19 +96,19 @@ int SetTags(CliContext& context, std::span<const std::string> args) {
                             ? ReadSongFile(path, status, /*noCache=*/true, lookup)
                             : NonExistantSong();
         if (IsNonExistant(song)) {
-            progress.Clear();
+            progress.Finish();
             ReportUnreadable(path);
             anyFailed = true;
             continue;
         }
         ApplyTrackSuffix(song);
         if (!WriteSongTag(path, EditedSong(std::move(song), changes), page)) {
-            progress.Clear();
+            progress.Finish();
             CliContext::Error(TagWriteFailedText(path));
             anyFailed = true;
         }
     }
-    progress.Clear();
+    progress.Finish();
     return anyFailed ? kExitFailed : kExitOk;
 }
 

@@ -9,7 +9,7 @@
 #include "app/SettingsStore.h"
 #include "catalogue/VBaseFile.h"
 #include "core/app/CacheTestSupport.h"
-#include "core/app/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace jk {
 namespace {
@@ -21,7 +21,7 @@ class CacheSaving : public ::testing::Test {
 protected:
     CacheSaving() {
         LoadDefaults(session, "");
-        session.AppPath = folder.Path();
+        session.AppPath = folder.Folder();
         session.CacheCodepage = "windows-1252";
         session.SongCache = test::CacheOf({test::StoredRecord("a.mp3", "20240103000000"),
                                            test::StoredRecord("b.mp3", "20240101000000"),
@@ -33,7 +33,7 @@ protected:
     // A cache.dat holding one record, "old.mp3".
     void WriteOldCache() const {
         SongCache old = test::CacheOf({test::StoredRecord("old.mp3", "20240101000000")});
-        ASSERT_TRUE(SaveCache(old, folder.Path()).ok);
+        ASSERT_TRUE(SaveCache(old, folder.Folder()).ok);
     }
 
     test::TempFolder folder;
@@ -49,7 +49,7 @@ TEST_F(CacheSaving, AnExistingSettingsFileTakesOnlyTheCounters) {
     EXPECT_EQ(IniValue(Ini(), "Options", "IntroLength"), "12");
     EXPECT_EQ(IniValue(Ini(), "Records", "TotalCacheHits"), "5");
     EXPECT_EQ(IniValue(Ini(), "Records", "CacheHits"), "3");
-    EXPECT_EQ(KeysOnDisk(folder.Path()), (std::vector<std::string>{"a.mp3", "b.mp3", "c.mp3"}));
+    EXPECT_EQ(KeysOnDisk(folder.Folder()), (std::vector<std::string>{"a.mp3", "b.mp3", "c.mp3"}));
 }
 
 TEST_F(CacheSaving, AFolderWithoutAPreviousRunGetsTheWholeSettings) {
@@ -57,18 +57,18 @@ TEST_F(CacheSaving, AFolderWithoutAPreviousRunGetsTheWholeSettings) {
     EXPECT_EQ(IniValue(Ini(), "INIexists", "Check"), "1");
     EXPECT_EQ(IniValue(Ini(), "Options", "IntroLength"), "7");
     EXPECT_EQ(IniValue(Ini(), "Records", "TotalCacheHits"), "5");
-    EXPECT_EQ(KeysOnDisk(folder.Path()).size(), 3U);
+    EXPECT_EQ(KeysOnDisk(folder.Folder()).size(), 3U);
 }
 
 TEST_F(CacheSaving, TheCacheIsTrimmedToItsLimitKeepingTheMostRecentlyUsed) {
     session.CacheLimit = 2;
     ASSERT_TRUE(SaveLookupResults(session).ok);
-    EXPECT_EQ(KeysOnDisk(folder.Path()), (std::vector<std::string>{"a.mp3", "c.mp3"}));
+    EXPECT_EQ(KeysOnDisk(folder.Folder()), (std::vector<std::string>{"a.mp3", "c.mp3"}));
 
     session.CacheLimit = 1;
     session.CacheFrozen = -1;
     ASSERT_TRUE(SaveLookupResults(session).ok);
-    EXPECT_EQ(KeysOnDisk(folder.Path()).size(), 2U);
+    EXPECT_EQ(KeysOnDisk(folder.Folder()).size(), 2U);
 }
 
 TEST_F(CacheSaving, AHeldBackCacheLeavesCacheDatAloneButSavesTheCounters) {
@@ -78,7 +78,7 @@ TEST_F(CacheSaving, AHeldBackCacheLeavesCacheDatAloneButSavesTheCounters) {
     session.CacheCodepage = "KOI8-R";
     session.CacheSaveBlocked = true;
     ASSERT_TRUE(SaveLookupResults(session).ok);
-    EXPECT_EQ(KeysOnDisk(folder.Path()), std::vector<std::string>{"old.mp3"});
+    EXPECT_EQ(KeysOnDisk(folder.Folder()), std::vector<std::string>{"old.mp3"});
     EXPECT_EQ(IniValue(Ini(), "Records", "TotalCacheHits"), "5");
     EXPECT_EQ(IniValue(Ini(), "Options", "TagCodepage"), "windows-1252");
 }
@@ -91,7 +91,7 @@ TEST_F(CacheSaving, AFirstRunSavesItsCodepageAndTheCacheWithIt) {
     session.SongCache.Clear();
     ASSERT_TRUE(SaveCacheCounters(session).ok);
     EXPECT_EQ(IniValue(Ini(), "Options", "TagCodepage"), "KOI8-R");
-    EXPECT_TRUE(KeysOnDisk(folder.Path()).empty());
+    EXPECT_TRUE(KeysOnDisk(folder.Folder()).empty());
     EXPECT_FALSE(session.CacheSaveBlocked);
 }
 

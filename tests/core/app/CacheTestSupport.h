@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "app/ProfileFile.h"
-#include "catalogue/PackedSong.h"
 #include "catalogue/SongCache.h"
 #include "catalogue/VBaseFile.h"
 #include "metadata/SongInfo.h"
+#include "support/CacheRecords.h"
 
 namespace jk::test {
 
@@ -27,25 +27,6 @@ inline SongInfo StoredRecord(std::string_view key, std::string_view lastUsed,
     song.Path = key;
     song.LastUsed = lastUsed;
     return song;
-}
-
-// A cache holding the records in the order given.
-inline SongCache CacheOf(const std::vector<SongInfo>& songs) {
-    std::vector<PackedSong> records;
-    for (const SongInfo& song : songs) {
-        records.emplace_back(song);
-    }
-    SongCache cache;
-    cache.Assign(std::move(records));
-    return cache;
-}
-
-inline std::vector<std::string> KeysOf(const SongCache& cache) {
-    std::vector<std::string> keys;
-    for (std::int64_t i = 1; i <= cache.UpperBound(); ++i) {
-        keys.emplace_back(cache.KeyOf(i));
-    }
-    return keys;
 }
 
 // The keys of the cache.dat in `folder`.

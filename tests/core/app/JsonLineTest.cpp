@@ -30,9 +30,10 @@ TEST(JsonLine, BuildsOneObjectInTheOrderGiven) {
     JsonLine line;
     line.AddText("section", "Options").AddInteger("Track", -3).AddNumber("value", 7200.5);
     line.AddNumber("whole", 6930).AddNumber("inf", std::numeric_limits<double>::infinity());
-    EXPECT_EQ(
-        line.Text(),
-        "{\"section\":\"Options\",\"Track\":-3,\"value\":7200.5,\"whole\":6930,\"inf\":null}");
+    line.AddBool("yes", true).AddBool("no", false);
+    EXPECT_EQ(line.Text(),
+              "{\"section\":\"Options\",\"Track\":-3,\"value\":7200.5,\"whole\":6930,\"inf\":null,"
+              "\"yes\":true,\"no\":false}");
     EXPECT_EQ(JsonLine().Text(), "{}");
 }
 

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/app/TempFolder.h"
+#include "support/TempFolder.h"
 #include "util/Utf8.h"
 
 namespace jk {

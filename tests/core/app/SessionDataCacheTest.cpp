@@ -12,7 +12,7 @@
 #include "app/Startup.h"
 #include "catalogue/VBaseFile.h"
 #include "core/app/CacheTestSupport.h"
-#include "core/app/TempFolder.h"
+#include "support/TempFolder.h"
 #include "util/TimeHelpers.h"
 
 namespace jk {
@@ -47,8 +47,8 @@ protected:
             test::StoredRecord("c.mp3", now, "newer"),
             test::StoredRecord("d.mp3", "20000101000000"),
         });
-        EXPECT_TRUE(SaveCache(cache, folder.Path()).ok);
-        std::string path = folder.Path();
+        EXPECT_TRUE(SaveCache(cache, folder.Folder()).ok);
+        std::string path = folder.Folder();
         path.pop_back();
         environment.dataFolder = path;
     }
@@ -81,7 +81,7 @@ TEST_F(SessionDataCache, ShutdownTrimsToTheLimitAndSavesTheCache) {
     Start(session);
     session.CacheLimit = 2;
     ASSERT_TRUE(FormUnload(session, front, data).iniWritten);
-    EXPECT_EQ(test::KeysOnDisk(folder.Path()), (std::vector<std::string>{"a.mp3", "c.mp3"}));
+    EXPECT_EQ(test::KeysOnDisk(folder.Folder()), (std::vector<std::string>{"a.mp3", "c.mp3"}));
 }
 
 TEST_F(SessionDataCache, ATagCodepageForThisRunEmptiesTheCacheAndKeepsTheFile) {

@@ -10,7 +10,7 @@
 #include "app/SessionData.h"
 #include "app/Shutdown.h"
 #include "app/Startup.h"
-#include "core/app/TempFolder.h"
+#include "support/TempFolder.h"
 #include "playback/ListWriting.h"
 #include "playback/SongRows.h"
 #include "util/FileIo.h"
@@ -46,7 +46,7 @@ protected:
             ReadWholeFile(std::string(JUKARRA_TEST_DATA) + "/songs/cbr64-id3v1.mp3", song, 1 << 20)
                 .ok);
         folder.Write("Plain.mp3", song);
-        environment.dataFolder = folder.Path();
+        environment.dataFolder = folder.Folder();
     }
 
     // A previous run's settings with the given lines in [Options], and a "lastlist.m3u" that
@@ -140,7 +140,7 @@ TEST_F(SessionPlaylist, ShutdownAsksOnlyForAnUnsavedListWithSongs) {
     for (const bool withRows : {false, true}) {
         Session session;
         LoadDefaults(session, "");
-        session.AppPath = folder.Path();
+        session.AppPath = folder.Folder();
         session.Playlist.CurrentList = "mine.m3u";
         session.Playlist.PlaylistSaved = false;
         if (withRows) {

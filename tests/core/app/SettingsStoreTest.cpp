@@ -8,7 +8,7 @@
 
 #include "app/Session.h"
 #include "app/SettingsTable.h"
-#include "core/app/TempFolder.h"
+#include "support/TempFolder.h"
 #include "util/Utf8.h"
 
 namespace jk {

@@ -8,7 +8,7 @@
 
 #include "app/Session.h"
 #include "catalogue/SongCache.h"
-#include "core/app/TempFolder.h"
+#include "support/TempFolder.h"
 #include "util/FileIo.h"
 #include "util/Text.h"
 

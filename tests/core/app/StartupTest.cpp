@@ -7,14 +7,15 @@
 
 #include "app/Session.h"
 #include "core/app/Recorder.h"
-#include "core/app/TempFolder.h"
+#include "support/TempFolder.h"
+#include "util/FileIo.h"
 
 namespace jk {
 namespace {
 
 StartupEnvironment EnvironmentFor(const test::TempFolder& folder) {
     StartupEnvironment environment;
-    std::string path = folder.Path();
+    std::string path = folder.Folder();
     path.pop_back();  // AppPath gains its "/" in start-up
     environment.dataFolder = path;
     environment.samples = {"/home/ann/Music", "/home/ann/Downloads"};
@@ -101,7 +102,7 @@ TEST(Startup, APreviousRunTakesEveryStepInItsOrder) {
     };
     EXPECT_EQ(recorder.log, expected);
     EXPECT_EQ(checks,
-              (std::vector<std::string>{"Starting -1", "AppPath " + folder.Path(), "IntroLength 7",
+              (std::vector<std::string>{"Starting -1", "AppPath " + folder.Folder(), "IntroLength 7",
                                         "IntroLength 12", "CacheLimit 250"}));
     EXPECT_FALSE(result.firstRun);
     EXPECT_EQ(recorder.startedPlayer, folder.File("player"));

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "support/ZoneScope.h"
 #include "util/Codepage.h"
 #include "util/PathHelpers.h"
 #include "util/SpanTemplate.h"
@@ -104,8 +105,7 @@ TEST(TimeHelpersTest, FormatsAndParsesPlayingTimes) {
 }
 
 TEST(TimeHelpersTest, StampsRoundTripThroughLocalTime) {
-    setenv("TZ", "UTC", 1);
-    tzset();
+    const test::ZoneScope zone("UTC");
     EXPECT_EQ(FormatStamp14(0), "19700101000000");
     std::int64_t epoch = -1;
     ASSERT_TRUE(ParseStamp14("20001231235959", epoch));

@@ -3,13 +3,13 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
-#include <optional>
 #include <random>
 #include <string>
 #include <vector>
 
 #include <locale.h>
 
+#include "support/ZoneScope.h"
 #include "util/TimeHelpers.h"
 
 namespace jk {
@@ -36,30 +36,7 @@ std::string PlainLocaleText(std::int64_t seconds) {
     return std::string(buffer, n);
 }
 
-// Sets TZ for one scope and puts back what was there.
-class ZoneScope {
-public:
-    explicit ZoneScope(const char* zone) {
-        if (const char* old = std::getenv("TZ")) {
-            m_old = old;
-        }
-        setenv("TZ", zone, 1);
-        tzset();
-    }
-    ~ZoneScope() {
-        if (m_old) {
-            setenv("TZ", m_old->c_str(), 1);
-        } else {
-            unsetenv("TZ");
-        }
-        tzset();
-    }
-    ZoneScope(const ZoneScope&) = delete;
-    ZoneScope& operator=(const ZoneScope&) = delete;
-
-private:
-    std::optional<std::string> m_old;
-};
+using test::ZoneScope;
 
 TEST(LocalMoment, WritesWhatPrintfAndStrftimeWriteInEveryZone) {
     // Runs of one second, one day and far apart, so that the texts kept from the last call are

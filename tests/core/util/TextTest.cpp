@@ -15,9 +15,23 @@ TEST(ValTest, ReadsTheLeadingNumberOfAText) {
         {"+3", 3},      {"1.5", 1.5},   {"1.5.3", 1.5},    {"1 2", 12},    {"1e3", 1000},
         {"2E-1", 0.2},  {"&HFF", 255},  {"&hFFFF", -1},    {"&O17", 15},   {"1.0", 1},
         {".5", 0.5},    {"-", 0},       {"\t 9", 9},       {"12e", 12},    {"0x10", 0},
+        {"&O78", 7},    {"&O1a", 1},    {"&HaG", 10},
     };
     for (const auto& c : cases) {
         EXPECT_DOUBLE_EQ(Val(c.text), c.value) << c.text;
+    }
+}
+
+TEST(HexDigitValueTest, KnowsBothCasesAndNothingAround) {
+    const struct {
+        char c;
+        int value;
+    } cases[] = {
+        {'0', 0},   {'9', 9},   {'a', 10},  {'f', 15},  {'A', 10},  {'F', 15},  {'/', -1},
+        {':', -1},  {'@', -1},  {'G', -1},  {'`', -1},  {'g', -1},  {'\0', -1}, {'\xC3', -1},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(HexDigitValue(c.c), c.value) << c.c;
     }
 }
 
