@@ -28,9 +28,9 @@ double Since(std::chrono::steady_clock::time_point start) {
 }
 
 std::string Words(std::mt19937& random, int lo, int hi) {
-    static const char* const kWords[] = {"love", "night", "dream", "fire", "blue", "heart",
-                                         "rain", "city", "road", "light", "dance", "shadow",
-                                         "river", "gold", "Björk", "Café", "electric", "ocean"};
+    static const char* const kWords[] = {"love",  "night", "dream", "fire",  "blue",     "heart",
+                                         "rain",  "city",  "road",  "light", "dance",    "shadow",
+                                         "river", "gold",  "Björk", "Café",  "electric", "ocean"};
     std::string out;
     const int n = lo + static_cast<int>(random() % static_cast<unsigned>(hi - lo + 1));
     for (int i = 0; i < n; ++i) {

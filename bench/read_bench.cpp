@@ -141,19 +141,20 @@ int main(int argc, char** argv) {
     std::unique_ptr<Ours> on;
     std::unique_ptr<Ours> off;
     std::vector<Row> warm;
-    warm.push_back({"GetSongInfo, extensions on", best([&](const std::string& p) { on->Read(p); },
-                                                       [&] { on = std::make_unique<Ours>(true); })});
-    warm.push_back({"GetSongInfo, extensions off",
-                    best([&](const std::string& p) { off->Read(p); },
-                         [&] { off = std::make_unique<Ours>(false); })});
+    warm.push_back(
+        {"GetSongInfo, extensions on", best([&](const std::string& p) { on->Read(p); },
+                                            [&] { on = std::make_unique<Ours>(true); })});
+    warm.push_back(
+        {"GetSongInfo, extensions off", best([&](const std::string& p) { off->Read(p); },
+                                             [&] { off = std::make_unique<Ours>(false); })});
     warm.push_back({"TagLib FileRef (Fast)", best(ReadTagLib, [] {})});
     warm.push_back({"I/O floor (stat, head, tail)", best(ReadFloor, [] {})});
     Print("warm page cache, empty song cache", warm, "TagLib FileRef (Fast)");
 
     // `on` now holds every song: a listing through the warm cache opens no file.
     std::vector<Row> listing;
-    listing.push_back({"GetSongInfo, warm song cache", best([&](const std::string& p) { on->Read(p); },
-                                                            [] {})});
+    listing.push_back(
+        {"GetSongInfo, warm song cache", best([&](const std::string& p) { on->Read(p); }, [] {})});
     listing.push_back({"bare walk, one stat per file", best(StatOnly, [] {})});
     Print("listing through the song cache", listing, "bare walk, one stat per file");
 
@@ -165,9 +166,11 @@ int main(int argc, char** argv) {
         };
         std::vector<Row> dropped;
         on = std::make_unique<Ours>(true);
-        dropped.push_back({"GetSongInfo, extensions on", coldPass([&](const std::string& p) { on->Read(p); })});
+        dropped.push_back(
+            {"GetSongInfo, extensions on", coldPass([&](const std::string& p) { on->Read(p); })});
         off = std::make_unique<Ours>(false);
-        dropped.push_back({"GetSongInfo, extensions off", coldPass([&](const std::string& p) { off->Read(p); })});
+        dropped.push_back(
+            {"GetSongInfo, extensions off", coldPass([&](const std::string& p) { off->Read(p); })});
         dropped.push_back({"TagLib FileRef (Fast)", coldPass(ReadTagLib)});
         dropped.push_back({"I/O floor (stat, head, tail)", coldPass(ReadFloor)});
         Print(("page cache dropped: " + how).c_str(), dropped, "TagLib FileRef (Fast)");

@@ -174,9 +174,10 @@ int main(int argc, char** argv) {
         Line("TagLib walk (FileRef per file)", files.size(), tagLibWarm, tagLibRate);
         Line("RecurseDirReal into rows, song cache warm", added, oursWarm, statRate);
         Line("bare walk, one stat per file", files.size(), statWarm, statRate);
-        std::printf("  (best of %d rounds; ratios: song cache empty against TagLib; warm against the "
-                    "bare walk)\n",
-                    kRounds);
+        std::printf(
+            "  (best of %d rounds; ratios: song cache empty against TagLib; warm against the "
+            "bare walk)\n",
+            kRounds);
     }
 
     if (cold) {
@@ -187,8 +188,8 @@ int main(int argc, char** argv) {
         };
         jk::RowList coldRows;
         ours = std::make_unique<Ours>();
-        const double oursCold =
-            dropped([&] { return Seconds([&] { added = RecurseInto(*ours, root, coldRows, threads); }); });
+        const double oursCold = dropped(
+            [&] { return Seconds([&] { added = RecurseInto(*ours, root, coldRows, threads); }); });
         const double tagLibCold = dropped([&] { return walkWith(tagLib); });
         const double statCold = dropped([&] { return walkWith(statOnly); });
         const double tagLibColdRate = static_cast<double>(files.size()) / tagLibCold;
@@ -258,8 +259,10 @@ int main(int argc, char** argv) {
     std::printf("  (best of 5 runs of each)\n");
     jk::ListSettings settings;
     settings.RelativePaths = 1;
-    const double saveSeconds = Seconds([&] { jk::WriteListFile(folder + "/saved.m3u", listRows, settings); });
-    std::printf("  SaveList of %zu rows (relative paths): %.1f ms\n", listRows.size(), saveSeconds * 1000);
+    const double saveSeconds =
+        Seconds([&] { jk::WriteListFile(folder + "/saved.m3u", listRows, settings); });
+    std::printf("  SaveList of %zu rows (relative paths): %.1f ms\n", listRows.size(),
+                saveSeconds * 1000);
 
     // Shuffles.
     const auto makeRows = [](std::size_t count, std::size_t artists) {
@@ -267,8 +270,8 @@ int main(int argc, char** argv) {
         for (std::size_t i = 0; i < count; ++i) {
             const std::string artist = "Artist " + std::to_string(i % artists);
             const std::string path = "/music/" + std::to_string(i) + ".mp3";
-            made[i] = jk::ListRow({"Song", artist, "Album", "1999", "Rock", "03:00", "128 ",
-                                   path, "", "1000", "", ""});
+            made[i] = jk::ListRow({"Song", artist, "Album", "1999", "Rock", "03:00", "128 ", path,
+                                   "", "1000", "", ""});
         }
         return made;
     };
@@ -276,7 +279,8 @@ int main(int argc, char** argv) {
     jk::RowList many = makeRows(100000, 5000);
     const double enhancedMany = Seconds([&] { jk::ShuffleListRows(many, false, true, random); });
     jk::RowList single = makeRows(10000, 1);
-    const double enhancedSingle = Seconds([&] { jk::ShuffleListRows(single, false, true, random); });
+    const double enhancedSingle =
+        Seconds([&] { jk::ShuffleListRows(single, false, true, random); });
     jk::RowList quick = makeRows(100000, 5000);
     const double quickMany = Seconds([&] { jk::ShuffleListRows(quick, false, false, random); });
     std::printf("\nshuffles\n  enhanced, 100,000 rows by 5,000 artists: %.3f s\n", enhancedMany);

@@ -10,6 +10,11 @@ start=$(date +%s)
 
 scripts/install-deps.sh
 
+if git rev-parse --is-inside-work-tree >/dev/null 2>&1; then
+    echo "== formatting"
+    git ls-files -z '*.cpp' '*.h' | xargs -0 clang-format --dry-run --Werror
+fi
+
 echo "== build and test (RelWithDebInfo)"
 cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DJUKARRA_BUILD_BENCH=ON >/dev/null
 cmake --build build -j "$jobs"

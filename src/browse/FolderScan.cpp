@@ -13,11 +13,10 @@ namespace {
 ReadAheadScanner MakeScanner(RowList& rows, const ScanSetup& setup, std::size_t& added) {
     SongConsumer consume = [&rows, &setup, &added](std::string& path,
                                                    const PrefetchedBytes* prefetched) {
-        const bool done =
-            setup.ReadSongView
-                ? ScanAddSong(std::move(path), rows, setup.FilterMode, setup.ReadSongView,
-                              prefetched)
-                : ScanAddSong(std::move(path), rows, setup.FilterMode, setup.ReadSong, prefetched);
+        const bool done = setup.ReadSongView ? ScanAddSong(std::move(path), rows, setup.FilterMode,
+                                                           setup.ReadSongView, prefetched)
+                                             : ScanAddSong(std::move(path), rows, setup.FilterMode,
+                                                           setup.ReadSong, prefetched);
         if (done) {
             ++added;
         }

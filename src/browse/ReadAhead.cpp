@@ -125,8 +125,8 @@ ReadAheadScanner::ReadAheadScanner(int filterMode, SongConsumer consumer,
       m_consumer(std::move(consumer)),
       m_cacheStamp(std::move(cacheStamp)),
       m_threads(static_cast<std::size_t>(std::max(threads, 0))),
-      m_window(m_threads == 0 ? 0
-                              : std::max(kSmallestLookAhead, m_threads * kLookAheadPerWorker)) {}
+      m_window(m_threads == 0 ? 0 : std::max(kSmallestLookAhead, m_threads * kLookAheadPerWorker)) {
+}
 
 ReadAheadScanner::~ReadAheadScanner() {
     {
@@ -200,8 +200,7 @@ ReadAheadScanner::HeldFolder::Place ReadAheadScanner::HeldFolder::Of(std::string
             std::string(m_handle.IsOpen() ? path.substr(slash + 1) : path)};
 }
 
-ReadAheadScanner::Outcome ReadAheadScanner::ReadAheadOf(Slot& slot, Wait wait,
-                                                         HeldFolder& folder) {
+ReadAheadScanner::Outcome ReadAheadScanner::ReadAheadOf(Slot& slot, Wait wait, HeldFolder& folder) {
     PrefetchedBytes& bytes = *slot.bytes;
     bool unknown = false;
     if (slot.file.IsOpen()) {

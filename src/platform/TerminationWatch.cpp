@@ -52,15 +52,14 @@ struct TerminationWatch::Impl {
 TerminationWatch::TerminationWatch(std::function<void(int signal)> onSignal)
     : m_impl(std::make_unique<Impl>()) {
     m_impl->onSignal = std::move(onSignal);
-    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0,
-                     m_impl->ends.data()) != 0) {
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0, m_impl->ends.data()) !=
+        0) {
         m_impl->ends = {-1, -1};
         return;
     }
-    m_impl->notifier =
-        std::make_unique<QSocketNotifier>(m_impl->ends[1], QSocketNotifier::Read);
-    QObject::connect(m_impl->notifier.get(), &QSocketNotifier::activated,
-                     m_impl->notifier.get(), [impl = m_impl.get()] { impl->Drain(); });
+    m_impl->notifier = std::make_unique<QSocketNotifier>(m_impl->ends[1], QSocketNotifier::Read);
+    QObject::connect(m_impl->notifier.get(), &QSocketNotifier::activated, m_impl->notifier.get(),
+                     [impl = m_impl.get()] { impl->Drain(); });
     g_writeEnd = m_impl->ends[0];
 
     for (std::size_t i = 0; i < kWatchedSignals.size(); ++i) {
@@ -73,8 +72,7 @@ TerminationWatch::TerminationWatch(std::function<void(int signal)> onSignal)
         action.sa_handler = OnSignal;
         sigemptyset(&action.sa_mask);
         action.sa_flags = SA_RESTART;
-        m_impl->installed[i] =
-            ::sigaction(kWatchedSignals[i], &action, &m_impl->previous[i]) == 0;
+        m_impl->installed[i] = ::sigaction(kWatchedSignals[i], &action, &m_impl->previous[i]) == 0;
     }
 }
 

@@ -21,25 +21,26 @@ class ReadAheadOfList final : public SongReading {
 public:
     explicit ReadAheadOfList(SongLookupContext& ctx)
         : m_ctx(ctx),
-          m_scanner(kFilterAll,
-                    [this](std::string& path, const PrefetchedBytes* prefetched) {
-                        const std::optional<SongLookAhead> ahead = TakeLookAhead(path);
-                        // The caller's string takes the path, so the view may point into it.
-                        std::swap(*m_path, path);
-                        m_found = ahead ? GetSongView(*m_path, false, m_ctx, prefetched, *ahead,
-                                                      *m_read, *m_view)
-                                        : GetSongView(*m_path, false, m_ctx, prefetched, *m_read,
-                                                      *m_view);
-                    },
-                    [this](std::string_view trimmedPath) -> std::optional<std::string> {
-                        const SongLookAhead ahead = LookAheadInCache(trimmedPath, m_ctx.cache);
-                        m_ahead.push_back({trimmedPath.data(), trimmedPath.size(), ahead});
-                        const std::string_view stamp = StampOf(ahead);
-                        if (stamp.empty()) {
-                            return std::nullopt;
-                        }
-                        return std::string(stamp);
-                    }) {}
+          m_scanner(
+              kFilterAll,
+              [this](std::string& path, const PrefetchedBytes* prefetched) {
+                  const std::optional<SongLookAhead> ahead = TakeLookAhead(path);
+                  // The caller's string takes the path, so the view may point into it.
+                  std::swap(*m_path, path);
+                  m_found =
+                      ahead
+                          ? GetSongView(*m_path, false, m_ctx, prefetched, *ahead, *m_read, *m_view)
+                          : GetSongView(*m_path, false, m_ctx, prefetched, *m_read, *m_view);
+              },
+              [this](std::string_view trimmedPath) -> std::optional<std::string> {
+                  const SongLookAhead ahead = LookAheadInCache(trimmedPath, m_ctx.cache);
+                  m_ahead.push_back({trimmedPath.data(), trimmedPath.size(), ahead});
+                  const std::string_view stamp = StampOf(ahead);
+                  if (stamp.empty()) {
+                      return std::nullopt;
+                  }
+                  return std::string(stamp);
+              }) {}
 
     void Announce(std::string path) override { m_scanner.Announce(std::move(path)); }
 

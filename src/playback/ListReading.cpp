@@ -40,7 +40,8 @@ std::size_t CountLineFeeds(std::string_view text) {
     const char* at = text.data();
     const char* const end = at + text.size();
     while (at < end) {
-        const auto* lf = static_cast<const char*>(std::memchr(at, '\n', static_cast<std::size_t>(end - at)));
+        const auto* lf =
+            static_cast<const char*>(std::memchr(at, '\n', static_cast<std::size_t>(end - at)));
         if (lf == nullptr) {
             break;
         }

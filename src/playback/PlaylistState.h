@@ -30,7 +30,6 @@ struct PlaylistState {
     PathHistory RecentLists;
 };
 
-
 // The settings that decide how lists are read and written; each holds the value of its key.
 struct ListSettings {
     std::int16_t HideGhosts = 0;     // 1: lines that point nowhere give no row

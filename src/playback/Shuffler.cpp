@@ -219,7 +219,8 @@ void ShuffleAllRows(const RowList& list, std::vector<SongInfo>& rows, bool enhan
 
 void ShuffleSelectedRows(const RowList& list, std::vector<SongInfo>& rows, bool enhanced,
                          ShuffleRandom& random) {
-    ShuffleRowsWhere(list, rows, enhanced, random, [](const ListRow& row) { return row.Selected(); });
+    ShuffleRowsWhere(list, rows, enhanced, random,
+                     [](const ListRow& row) { return row.Selected(); });
 }
 
 void WriteBackAllRows(RowList& list, const std::vector<SongInfo>& rows) {

@@ -41,9 +41,9 @@ public:
 
     SongSource() = default;
     template <class F>
-        requires(!std::same_as<std::remove_cvref_t<F>, SongSource> &&
-                 std::is_invocable_r_v<SongInfo, F&, std::string&>)
-    SongSource(F songs) : m_songs(std::move(songs)) {}
+    requires(!std::same_as<std::remove_cvref_t<F>, SongSource> &&
+             std::is_invocable_r_v<SongInfo, F&, std::string&>) SongSource(F songs)
+        : m_songs(std::move(songs)) {}
     using ReadingFn = std::function<std::unique_ptr<SongReading>()>;
     SongSource(SongFn songs, ViewFn views, ReadingFn reading = {})
         : m_songs(std::move(songs)), m_views(std::move(views)), m_reading(std::move(reading)) {}

@@ -17,10 +17,9 @@ constexpr std::array<char32_t, 32> kWindows1252High = {
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
 constexpr std::array<std::string_view, 17> kOffered = {
-    "windows-1252", "windows-1250", "windows-1251", "windows-1253", "windows-1254",
-    "windows-1255", "windows-1256", "windows-1257", "windows-1258", "ISO-8859-1",
-    "ISO-8859-2",   "ISO-8859-5",   "ISO-8859-7",   "ISO-8859-9",   "ISO-8859-15",
-    "KOI8-R",       "KOI8-U"};
+    "windows-1252", "windows-1250", "windows-1251", "windows-1253", "windows-1254", "windows-1255",
+    "windows-1256", "windows-1257", "windows-1258", "ISO-8859-1",   "ISO-8859-2",   "ISO-8859-5",
+    "ISO-8859-7",   "ISO-8859-9",   "ISO-8859-15",  "KOI8-R",       "KOI8-U"};
 
 std::array<char32_t, 256> Windows1252Table() {
     std::array<char32_t, 256> table{};

@@ -15,7 +15,8 @@ namespace jk {
 class SingleByteCodepage {
 public:
     // The code page named (for example "windows-1251", "KOI8-R"); windows-1252 when the name is
-    // empty or unknown. windows-1252 follows the WHATWG table, its five holes mapping to C1 controls.
+    // empty or unknown. windows-1252 follows the WHATWG table, its five holes mapping to C1
+    // controls.
     static std::shared_ptr<const SingleByteCodepage> Get(std::string_view name);
     static const SingleByteCodepage& Windows1252();
 

@@ -190,9 +190,9 @@ std::int64_t ReadFile::ReadCachedAt(std::int64_t offset, std::span<std::uint8_t>
     std::size_t done = 0;
     while (done < out.size()) {
         iovec part{out.data() + done, out.size() - done};
-        const ssize_t n = ::preadv2(m_fd, &part, 1,
-                                    static_cast<off_t>(offset + static_cast<std::int64_t>(done)),
-                                    RWF_NOWAIT);
+        const ssize_t n =
+            ::preadv2(m_fd, &part, 1, static_cast<off_t>(offset + static_cast<std::int64_t>(done)),
+                      RWF_NOWAIT);
         if (n < 0) {
             if (errno == EINTR) {
                 continue;
@@ -344,8 +344,8 @@ IoResult ReadWholeFile(const std::string& path, std::string& out, std::int64_t m
     for (;;) {
         const std::size_t old = out.size();
         out.resize(old + kChunk);
-        const std::int64_t n = file.ReadAt(
-            offset, {reinterpret_cast<std::uint8_t*>(out.data() + old), kChunk});
+        const std::int64_t n =
+            file.ReadAt(offset, {reinterpret_cast<std::uint8_t*>(out.data() + old), kChunk});
         if (n < 0) {
             out.clear();
             return {false, "cannot read " + path + ": " + LastErrorText()};

@@ -51,8 +51,8 @@ std::string_view DrivePart(std::string_view path) {
         std::string_view prefix;
         int depth;
     };
-    static constexpr std::array<Root, 4> kRoots = {
-        Root{"/run/media/", 2}, Root{"/media/", 2}, Root{"/mnt/", 1}, Root{"/Volumes/", 1}};
+    static constexpr std::array<Root, 4> kRoots = {Root{"/run/media/", 2}, Root{"/media/", 2},
+                                                   Root{"/mnt/", 1}, Root{"/Volumes/", 1}};
     for (const Root& root : kRoots) {
         if (!StartsWith(path, root.prefix)) {
             continue;

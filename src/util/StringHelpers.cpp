@@ -79,7 +79,8 @@ bool IsAllDigits(std::string_view text) {
     return true;
 }
 
-std::string ReplaceChar(std::string_view text, std::string_view find, std::string_view replacement) {
+std::string ReplaceChar(std::string_view text, std::string_view find,
+                        std::string_view replacement) {
     if (find.empty() || CharCount(find) != 1) {
         return std::string(text);
     }

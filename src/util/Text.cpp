@@ -114,8 +114,8 @@ double Val(std::string_view text) {
     if (!seenDigit) {
         return 0;
     }
-    if (pos < text.size() && (text[pos] == 'e' || text[pos] == 'E' || text[pos] == 'd' ||
-                              text[pos] == 'D')) {
+    if (pos < text.size() &&
+        (text[pos] == 'e' || text[pos] == 'E' || text[pos] == 'd' || text[pos] == 'D')) {
         std::size_t p = pos + 1;
         std::string exponent = "e";
         if (p < text.size() && (text[p] == '+' || text[p] == '-')) {
@@ -186,8 +186,8 @@ std::int32_t ToInt32Clamped(double value) {
 
 std::string FormatZeroPadded(std::int64_t value, int digits) {
     const bool negative = value < 0;
-    std::uint64_t magnitude = negative ? 0 - static_cast<std::uint64_t>(value)
-                                       : static_cast<std::uint64_t>(value);
+    std::uint64_t magnitude =
+        negative ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
     std::string body = std::to_string(magnitude);
     if (static_cast<int>(body.size()) < digits) {
         body.insert(0, static_cast<std::size_t>(digits) - body.size(), '0');

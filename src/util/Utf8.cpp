@@ -1,8 +1,8 @@
 #include "util/Utf8.h"
 
+#include <locale.h>
 #include <clocale>
 #include <cwctype>
-#include <locale.h>
 
 namespace jk {
 namespace {

@@ -129,9 +129,8 @@ bool DesktopProgram::CloseRequested() {
         return false;
     }
     m_closing = true;
-    const ShutdownResult result =
-        FormUnload(m_session, m_front, m_data,
-                   m_unattended ? CloseRequest::Unattended : CloseRequest::ByUser);
+    const ShutdownResult result = FormUnload(
+        m_session, m_front, m_data, m_unattended ? CloseRequest::Unattended : CloseRequest::ByUser);
     m_closing = false;
     if (result.cancelled) {
         return false;

@@ -10,9 +10,9 @@
 #include "app/SessionData.h"
 #include "app/Shutdown.h"
 #include "app/Startup.h"
-#include "support/TempFolder.h"
 #include "playback/ListWriting.h"
 #include "playback/SongRows.h"
+#include "support/TempFolder.h"
 #include "util/FileIo.h"
 
 namespace jk {

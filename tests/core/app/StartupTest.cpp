@@ -102,8 +102,8 @@ TEST(Startup, APreviousRunTakesEveryStepInItsOrder) {
     };
     EXPECT_EQ(recorder.log, expected);
     EXPECT_EQ(checks,
-              (std::vector<std::string>{"Starting -1", "AppPath " + folder.Folder(), "IntroLength 7",
-                                        "IntroLength 12", "CacheLimit 250"}));
+              (std::vector<std::string>{"Starting -1", "AppPath " + folder.Folder(),
+                                        "IntroLength 7", "IntroLength 12", "CacheLimit 250"}));
     EXPECT_FALSE(result.firstRun);
     EXPECT_EQ(recorder.startedPlayer, folder.File("player"));
     EXPECT_EQ(session.Starting, 0);

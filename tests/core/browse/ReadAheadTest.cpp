@@ -77,7 +77,12 @@ std::string WriteTagged(const TempFolder& dir, const std::string& name, std::siz
                         std::size_t tagBytes) {
     const std::string path = WritePattern(dir, name, size);
     const std::size_t body = tagBytes - 10;
-    const unsigned char header[10] = {'I', 'D', '3', 3, 0, 0,
+    const unsigned char header[10] = {'I',
+                                      'D',
+                                      '3',
+                                      3,
+                                      0,
+                                      0,
                                       static_cast<unsigned char>((body >> 21) & 0x7F),
                                       static_cast<unsigned char>((body >> 14) & 0x7F),
                                       static_cast<unsigned char>((body >> 7) & 0x7F),
@@ -123,7 +128,7 @@ TEST(ReadAheadScanner, TakesAnId3v2TagWithTheBlockBehindItAsTheReaderDoes) {
     WriteTagged(dir, "small.mp3", 20000, 1000);  // tag and block within the first 4 KiB
     WriteTagged(dir, "tagged.mp3", 20000, 5000);
     WriteTagged(dir, "picture.mp3", 300000, 200000);  // the reader reads the rest itself
-    WriteTagged(dir, "short.mp3", 6000, 5000);         // the file ends first
+    WriteTagged(dir, "short.mp3", 6000, 5000);        // the file ends first
     std::vector<Seen> seen;
     {
         ReadAheadScanner scanner(0, Recorder(seen), {}, 2);

@@ -6,9 +6,9 @@
 #include <string>
 
 #include "core/metadata/SongBytes.h"
-#include "support/TempFolder.h"
 #include "metadata/SongFileReader.h"
 #include "metadata/SongReadContext.h"
+#include "support/TempFolder.h"
 
 namespace jk {
 namespace {

@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include "support/TempFolder.h"
 #include "metadata/SilentMp3.h"
+#include "support/TempFolder.h"
 #include "util/FileIo.h"
 
 namespace jk {

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "support/TempFolder.h"
 #include "metadata/SongFileReader.h"
+#include "support/TempFolder.h"
 
 namespace jk {
 namespace {

@@ -5,9 +5,9 @@
 #include <filesystem>
 
 #include "core/metadata/SongBytes.h"
-#include "support/TempFolder.h"
 #include "metadata/ByteSource.h"
 #include "metadata/ReadOutcome.h"
+#include "support/TempFolder.h"
 #include "util/TimeHelpers.h"
 
 namespace jk {

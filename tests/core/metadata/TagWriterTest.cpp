@@ -7,10 +7,10 @@
 #include <csignal>
 
 #include "core/metadata/SongBytes.h"
-#include "support/MemoryTagFile.h"
-#include "support/TempFolder.h"
 #include "metadata/SongFileReader.h"
 #include "metadata/Truncater.h"
+#include "support/MemoryTagFile.h"
+#include "support/TempFolder.h"
 
 namespace jk {
 namespace {

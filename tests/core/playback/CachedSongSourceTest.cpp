@@ -108,8 +108,8 @@ TEST(CachedSongSource, ReadsAsLookupsOneByOneWhenNamesRepeatAcrossFolders) {
         SongCache cache;
         std::int32_t lookups = 0;
         std::int32_t hits = 0;
-        SongLookupContext ctx{cache, lookups, hits, {},
-                              [] { return std::string("20240101120000"); }};
+        SongLookupContext ctx{
+            cache, lookups, hits, {}, [] { return std::string("20240101120000"); }};
     };
     Reader ahead;
     Reader oneByOne;

@@ -119,8 +119,10 @@ TEST(SpanTemplateTest, NamesFirstAndFollowingPages) {
     std::string first;
     ASSERT_TRUE(ValidSpanTemplate("list#.html /index.html", "/home/ann/web", first));
     EXPECT_EQ(first, "/home/ann/web/index.html");
-    EXPECT_EQ(SpanPagePath("list#.html /index.html", "/home/ann/web", 1), "/home/ann/web/index.html");
-    EXPECT_EQ(SpanPagePath("list#.html /index.html", "/home/ann/web", 2), "/home/ann/web/list002.html");
+    EXPECT_EQ(SpanPagePath("list#.html /index.html", "/home/ann/web", 1),
+              "/home/ann/web/index.html");
+    EXPECT_EQ(SpanPagePath("list#.html /index.html", "/home/ann/web", 2),
+              "/home/ann/web/list002.html");
     EXPECT_EQ(SpanPagePath("p#-#.htm/i.htm", "/w/", 12), "/w/p012-012.htm");
     for (const char* bad : {"list.html /index.html", "list#.html", "li?t#.html /i.html",
                             "list#.html /<i>.html", "l|#/x"}) {
