@@ -8,11 +8,18 @@
 #include <cerrno>
 #include <cstring>
 #include <random>
+#include <utility>
 
 namespace jk {
 namespace {
 
 constexpr int kReadFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+
+void CloseIfOpen(int fd) {
+    if (fd >= 0) {
+        ::close(fd);
+    }
+}
 
 FileStatus FromStat(const struct stat& st) {
     FileStatus status;
@@ -94,25 +101,18 @@ FolderHandle::FolderHandle(const std::string& path) {
     }
 }
 
-FolderHandle::FolderHandle(FolderHandle&& other) noexcept : m_fd(other.m_fd) {
-    other.m_fd = -1;
-}
+FolderHandle::FolderHandle(FolderHandle&& other) noexcept : m_fd(std::exchange(other.m_fd, -1)) {}
 
 FolderHandle& FolderHandle::operator=(FolderHandle&& other) noexcept {
     if (this != &other) {
-        if (m_fd >= 0) {
-            ::close(m_fd);
-        }
-        m_fd = other.m_fd;
-        other.m_fd = -1;
+        CloseIfOpen(m_fd);
+        m_fd = std::exchange(other.m_fd, -1);
     }
     return *this;
 }
 
 FolderHandle::~FolderHandle() {
-    if (m_fd >= 0) {
-        ::close(m_fd);
-    }
+    CloseIfOpen(m_fd);
 }
 
 FileStatus FolderHandle::StatAt(const std::string& name) const {
@@ -135,25 +135,18 @@ ReadFile::ReadFile(const FolderHandle& folder, const std::string& name) {
     }
 }
 
-ReadFile::ReadFile(ReadFile&& other) noexcept : m_fd(other.m_fd) {
-    other.m_fd = -1;
-}
+ReadFile::ReadFile(ReadFile&& other) noexcept : m_fd(std::exchange(other.m_fd, -1)) {}
 
 ReadFile& ReadFile::operator=(ReadFile&& other) noexcept {
     if (this != &other) {
-        if (m_fd >= 0) {
-            ::close(m_fd);
-        }
-        m_fd = other.m_fd;
-        other.m_fd = -1;
+        CloseIfOpen(m_fd);
+        m_fd = std::exchange(other.m_fd, -1);
     }
     return *this;
 }
 
 ReadFile::~ReadFile() {
-    if (m_fd >= 0) {
-        ::close(m_fd);
-    }
+    CloseIfOpen(m_fd);
 }
 
 std::int64_t ReadFile::Size() const {
