@@ -7,7 +7,6 @@
 
 #include "app/JsonLine.h"
 #include "app/Session.h"
-#include "app/SongLookup.h"
 #include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
 #include "app/cli/ListCommandSupport.h"
@@ -69,10 +68,8 @@ int RunInfo(CliContext& context, std::span<const std::string> args) {
     const bool json = parsed.Has("--json");
     const bool noCache = parsed.Has("--no-cache");
 
-    LookupSaving saving(context, false);
-    Session& session = SongSession(context);
-    saving.Begin(session);
-    SongLookupContext lookup = MakeSongLookupContext(session);
+    SongLookupRun run(context, false);
+    SongLookupContext& lookup = run.Lookup();
 
     ProgressLine progress("Reading songs");
     const auto total = static_cast<std::int64_t>(parsed.operands.size());
@@ -100,7 +97,7 @@ int RunInfo(CliContext& context, std::span<const std::string> args) {
         anyPrinted = true;
     }
 
-    const int saved = saving.Finish(session);
+    const int saved = run.Finish();
     return FinishOutput(anyFailed ? kExitFailed : saved);
 }
 

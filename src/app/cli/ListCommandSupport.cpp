@@ -6,6 +6,7 @@
 #include "app/CacheSaving.h"
 #include "app/JsonLine.h"
 #include "app/Session.h"
+#include "app/SongLookup.h"
 #include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
 #include "app/cli/SongCommandSupport.h"
@@ -122,6 +123,21 @@ int LookupSaving::Finish(Session& session) {
     }
     return kExitOk;
 }
+
+namespace {
+
+// Marks where the lookups begin before any is made.
+SongLookupContext BeginLookups(LookupSaving& saving, Session& session) {
+    saving.Begin(session);
+    return MakeSongLookupContext(session);
+}
+
+}  // namespace
+
+SongLookupRun::SongLookupRun(CliContext& context, bool writeAccess)
+    : m_saving(context, writeAccess),
+      m_session(SongSession(context)),
+      m_lookup(BeginLookups(m_saving, m_session)) {}
 
 std::string SaveFailedLine(std::string_view reason) {
     const UserMessage message = SaveFailedMessage();

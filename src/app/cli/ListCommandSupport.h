@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "metadata/GetSongInfo.h"
 #include "playback/ListRow.h"
 
 namespace jk {
@@ -62,6 +63,25 @@ private:
     std::unique_ptr<InstanceLock> m_lock;
     std::string m_whyNot;  // why this run may not save; empty when it may
     std::int32_t m_attemptsBefore = 0;
+};
+
+// A command's run of song lookups: the session with its cache loaded, the context its lookups
+// go through, and the saving of what they taught the cache, set up in the order that rule needs.
+class SongLookupRun {
+public:
+    SongLookupRun(CliContext& context, bool writeAccess);
+    SongLookupRun(const SongLookupRun&) = delete;
+    SongLookupRun& operator=(const SongLookupRun&) = delete;
+
+    Session& TheSession() { return m_session; }
+    SongLookupContext& Lookup() { return m_lookup; }
+    // LookupSaving::Finish.
+    int Finish() { return m_saving.Finish(m_session); }
+
+private:
+    LookupSaving m_saving;
+    Session& m_session;
+    SongLookupContext m_lookup;
 };
 
 // "Uh-oh... Current playlist could not be saved successfully. (reason)", for one error line.

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "app/Session.h"
-#include "app/SongLookup.h"
 #include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
 #include "app/cli/ListCommandSupport.h"
@@ -34,10 +33,9 @@ int Show(CliContext& context, std::span<const std::string> args) {
     const bool json = parsed.Has("--json");
     const std::string listPath = FullPathOf(parsed.operands[0]);
 
-    LookupSaving saving(context, false);
-    Session& session = SongSession(context);
-    saving.Begin(session);
-    SongLookupContext lookup = MakeSongLookupContext(session);
+    SongLookupRun run(context, false);
+    Session& session = run.TheSession();
+    SongLookupContext& lookup = run.Lookup();
     const ListReadResult read = OpenList(session.Playlist, listPath, CachedSongSource(lookup),
                                          ListSettingsOf(session.Settings));
     // A list that could not be read at all prints nothing; one that ended early, its rows.
@@ -52,7 +50,7 @@ int Show(CliContext& context, std::span<const std::string> args) {
         CliContext::Error(ListErrorLine(listPath, read.error));
         status = kExitFailed;
     }
-    const int saved = saving.Finish(session);
+    const int saved = run.Finish();
     return FinishOutput(status != kExitOk ? status : saved);
 }
 
@@ -114,10 +112,9 @@ int Add(CliContext& context, std::span<const std::string> args) {
         return kExitFailed;
     }
 
-    LookupSaving saving(context, true);
-    Session& session = SongSession(context);
-    saving.Begin(session);
-    SongLookupContext lookup = MakeSongLookupContext(session);
+    SongLookupRun run(context, true);
+    Session& session = run.TheSession();
+    SongLookupContext& lookup = run.Lookup();
     const ListSettings settings = ListSettingsOf(session.Settings);
     PlaylistState& list = session.Playlist;
     bool allAdded = true;
@@ -156,7 +153,7 @@ int Add(CliContext& context, std::span<const std::string> args) {
             result = kExitOk;
         }
     }
-    const int cacheSaved = saving.Finish(session);
+    const int cacheSaved = run.Finish();
     return FinishOutput(result != kExitOk ? result : cacheSaved);
 }
 

@@ -4,7 +4,6 @@
 #include <string>
 
 #include "app/Session.h"
-#include "app/SongLookup.h"
 #include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
 #include "app/cli/ListCommandSupport.h"
@@ -61,10 +60,9 @@ int RunScan(CliContext& context, std::span<const std::string> args) {
         return kExitFailed;
     }
 
-    LookupSaving saving(context, false);
-    Session& session = SongSession(context);
-    saving.Begin(session);
-    SongLookupContext lookup = MakeSongLookupContext(session);
+    SongLookupRun run(context, false);
+    Session& session = run.TheSession();
+    SongLookupContext& lookup = run.Lookup();
     PosixFolderLister lister;
     InterruptStop interrupt;
 
@@ -91,7 +89,7 @@ int RunScan(CliContext& context, std::span<const std::string> args) {
     }
     output.Finish();
 
-    const int saved = saving.Finish(session);
+    const int saved = run.Finish();
     if (saved != kExitOk) {
         return FinishOutput(saved);
     }

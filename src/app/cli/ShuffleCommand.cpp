@@ -7,7 +7,6 @@
 #include <string>
 
 #include "app/Session.h"
-#include "app/SongLookup.h"
 #include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
 #include "app/cli/ListCommandSupport.h"
@@ -56,16 +55,15 @@ int RunShuffle(CliContext& context, std::span<const std::string> args) {
         return kExitFailed;
     }
 
-    LookupSaving saving(context, write);
-    Session& session = SongSession(context);
-    saving.Begin(session);
-    SongLookupContext lookup = MakeSongLookupContext(session);
+    SongLookupRun run(context, write);
+    Session& session = run.TheSession();
+    SongLookupContext& lookup = run.Lookup();
     const ListSettings settings = ListSettingsOf(session.Settings);
     PlaylistState& list = session.Playlist;
     const ListReadResult read = OpenList(list, listPath, CachedSongSource(lookup), settings);
     if (!read.Ok()) {
         CliContext::Error(ListErrorLine(listPath, read.error));
-        saving.Finish(session);
+        run.Finish();
         return FinishOutput(kExitFailed);
     }
 
@@ -87,7 +85,7 @@ int RunShuffle(CliContext& context, std::span<const std::string> args) {
             status = kExitFailed;
         }
     }
-    const int cacheSaved = saving.Finish(session);
+    const int cacheSaved = run.Finish();
     return FinishOutput(status != kExitOk ? status : cacheSaved);
 }
 
