@@ -82,6 +82,22 @@ QModelIndex ChildNamed(const FolderTreeModel& model, const QModelIndex& parent,
     return {};
 }
 
+// The small music folder with a tree over it, read through the counting lister.
+struct MusicTree {
+    QTemporaryDir dir;
+    CountingLister lister;
+    jk::FolderTree tree{lister};
+
+    MusicTree() { MakeFolders(dir); }
+    std::string Path(const char* relative) const { return PathIn(dir, relative); }
+};
+
+bool ShowIn(QTreeView& view, QAbstractItemModel& model) {
+    view.setModel(&model);
+    view.show();
+    return QTest::qWaitForWindowExposed(&view);
+}
+
 }  // namespace
 
 class FolderTreeModelTest : public QObject {
@@ -96,19 +112,14 @@ private Q_SLOTS:
 };
 
 void FolderTreeModelTest::nodesShowTextIconAndKeyAndOpenOnlyWhenAsked() {
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    MakeFolders(dir);
-    CountingLister lister;
-    jk::FolderTree tree(lister);
-    const std::string music = PathIn(dir, "Music");
-    tree.AddRoot(music, "MY STICK", jk::kDriveRemovable, true);
-    tree.AddRoot("Summer 1999", "Summer 1999", jk::kImageVirtual, false);
-    FolderTreeModel model(tree);
+    MusicTree scene;
+    QVERIFY(scene.dir.isValid());
+    const std::string music = scene.Path("Music");
+    scene.tree.AddRoot(music, "MY STICK", jk::kDriveRemovable, true);
+    scene.tree.AddRoot("Summer 1999", "Summer 1999", jk::kImageVirtual, false);
+    FolderTreeModel model(scene.tree);
     QTreeView view;
-    view.setModel(&model);
-    view.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    QVERIFY(ShowIn(view, model));
 
     QCOMPARE(model.rowCount(), 2);
     const QModelIndex stick = model.index(0, 0);
@@ -122,15 +133,15 @@ void FolderTreeModelTest::nodesShowTextIconAndKeyAndOpenOnlyWhenAsked() {
     QCOMPARE(model.rowCount(stick), 0);
     QVERIFY(model.canFetchMore(stick));
     QVERIFY(!model.canFetchMore(model.index(1, 0)));  // a virtual node fills itself
-    QVERIFY(lister.listed.empty());
+    QVERIFY(scene.lister.listed.empty());
 
     view.expand(stick);
     QCOMPARE(ChildTexts(model, stick), (QStringList{"Björk", "empty", "Massive Attack"}));
     QVERIFY(!model.canFetchMore(stick));
     // One level down: the children were asked whether they hold folders, their own children
     // were not filled.
-    QVERIFY(lister.Listed(music));
-    QVERIFY(!lister.Listed(PathIn(dir, "Music/Massive Attack/Mezzanine")));
+    QVERIFY(scene.lister.Listed(music));
+    QVERIFY(!scene.lister.Listed(scene.Path("Music/Massive Attack/Mezzanine")));
     const QModelIndex massive = ChildNamed(model, stick, QStringLiteral("Massive Attack"));
     QCOMPARE(massive.parent(), stick);
     QCOMPARE(model.rowCount(massive), 0);
@@ -139,26 +150,21 @@ void FolderTreeModelTest::nodesShowTextIconAndKeyAndOpenOnlyWhenAsked() {
     view.expand(massive);
     const QModelIndex mezzanine = ChildNamed(model, massive, QStringLiteral("Mezzanine"));
     QVERIFY(mezzanine.isValid());
-    QVERIFY(lister.Listed(PathIn(dir, "Music/Massive Attack/Mezzanine")));
-    QVERIFY(!lister.Listed(PathIn(dir, "Music/Massive Attack/Mezzanine/Disc 1")));
-    QCOMPARE(model.NodeOf(mezzanine)->Key, PathIn(dir, "Music/Massive Attack/Mezzanine"));
+    QVERIFY(scene.lister.Listed(scene.Path("Music/Massive Attack/Mezzanine")));
+    QVERIFY(!scene.lister.Listed(scene.Path("Music/Massive Attack/Mezzanine/Disc 1")));
+    QCOMPARE(model.NodeOf(mezzanine)->Key, scene.Path("Music/Massive Attack/Mezzanine"));
     QCOMPARE(model.IndexOf(model.NodeOf(mezzanine)), mezzanine);
 }
 
 void FolderTreeModelTest::aFolderWithoutSubfoldersLosesItsExpandMarkWhenOpened() {
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    MakeFolders(dir);
-    CountingLister lister;
-    jk::FolderTree tree(lister);
+    MusicTree scene;
+    QVERIFY(scene.dir.isValid());
     // A drive is given its placeholder whatever it holds.
-    tree.AddRoot(PathIn(dir, "Music/empty"), "empty drive", jk::kDriveFixed, true);
-    tree.AddRoot(PathIn(dir, "Music"), "Music", jk::kDriveFixed, true);
-    FolderTreeModel model(tree);
+    scene.tree.AddRoot(scene.Path("Music/empty"), "empty drive", jk::kDriveFixed, true);
+    scene.tree.AddRoot(scene.Path("Music"), "Music", jk::kDriveFixed, true);
+    FolderTreeModel model(scene.tree);
     QTreeView view;
-    view.setModel(&model);
-    view.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    QVERIFY(ShowIn(view, model));
 
     const QModelIndex drive = model.index(0, 0);
     QVERIFY(model.hasChildren(drive));
@@ -170,14 +176,14 @@ void FolderTreeModelTest::aFolderWithoutSubfoldersLosesItsExpandMarkWhenOpened()
     QCOMPARE(relaid[0][0].value<QList<QPersistentModelIndex>>().value(0),
              QPersistentModelIndex(drive));
     QCOMPARE(model.rowCount(drive), 0);
-    QVERIFY(tree.Roots()[0]->Children.empty());
+    QVERIFY(scene.tree.Roots()[0]->Children.empty());
 
     // A folder that went after its parent was read opens to nothing, and shows so.
     const QModelIndex music = model.index(1, 0);
     view.expand(music);
     const QModelIndex massive = ChildNamed(model, music, QStringLiteral("Massive Attack"));
     QVERIFY(model.hasChildren(massive));
-    QVERIFY(QDir(QString::fromStdString(PathIn(dir, "Music/Massive Attack"))).removeRecursively());
+    QVERIFY(QDir(QString::fromStdString(scene.Path("Music/Massive Attack"))).removeRecursively());
     view.expand(massive);
     QVERIFY(!model.hasChildren(massive));
     QCOMPARE(ChildTexts(model, music), (QStringList{"Björk", "empty", "Massive Attack"}));
@@ -187,20 +193,17 @@ void FolderTreeModelTest::aFolderWithoutSubfoldersLosesItsExpandMarkWhenOpened()
 }
 
 void FolderTreeModelTest::treeChangesPassTheModelChecker() {
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    MakeFolders(dir);
-    CountingLister lister;
-    jk::FolderTree tree(lister);
-    FolderTreeModel model(tree);
+    MusicTree scene;
+    QVERIFY(scene.dir.isValid());
+    FolderTreeModel model(scene.tree);
     QAbstractItemModelTester tester(&model);
     QTreeView view;
     view.setModel(&model);
     view.show();
 
-    const std::string music = PathIn(dir, "Music");
-    const std::string other = PathIn(dir, "Other");
-    tree.InitializeDrives({
+    const std::string music = scene.Path("Music");
+    const std::string other = scene.Path("Other");
+    scene.tree.InitializeDrives({
         jk::DriveRoot{music, "Music", "Music", jk::kDriveFixed, 0, false},
         jk::DriveRoot{"/mnt/absent", "absent", "absent", jk::kDriveNotReady, 0, false},
         jk::DriveRoot{other, "Other", "Other", jk::kDriveNetwork, 0, true},
@@ -210,78 +213,71 @@ void FolderTreeModelTest::treeChangesPassTheModelChecker() {
              (QStringList{"Björk", "empty", "Massive Attack"}));
 
     const QModelIndex root = model.index(0, 0);
-    TreeNode* deep = tree.ExpandToPath(PathIn(dir, "Music/Massive Attack/Mezzanine/Disc 2"));
+    TreeNode* deep = scene.tree.ExpandToPath(scene.Path("Music/Massive Attack/Mezzanine/Disc 2"));
     QVERIFY(deep != nullptr);
     QCOMPARE(model.IndexOf(deep).data().toString(), QStringLiteral("Disc 2"));
 
     // A folder that has gone since: the way ends at its nearest parent that is left.
-    QVERIFY(QDir(QString::fromStdString(PathIn(dir, "Music/Björk"))).removeRecursively());
-    TreeNode* nearest = tree.ExpandToPath(PathIn(dir, "Music/Björk/Post"));
+    QVERIFY(QDir(QString::fromStdString(scene.Path("Music/Björk"))).removeRecursively());
+    TreeNode* nearest = scene.tree.ExpandToPath(scene.Path("Music/Björk/Post"));
     QCOMPARE(model.IndexOf(nearest), root);
-    tree.InitializeDrives({jk::DriveRoot{music, "Music", "Music", jk::kDriveFixed, 0, false}});
+    scene.tree.InitializeDrives(
+        {jk::DriveRoot{music, "Music", "Music", jk::kDriveFixed, 0, false}});
     QCOMPARE(ChildTexts(model, model.index(0, 0)), (QStringList{"empty", "Massive Attack"}));
 
-    tree.AddRoot(other, "Other", jk::kImageHome, true);
+    scene.tree.AddRoot(other, "Other", jk::kImageHome, true);
     QCOMPARE(model.rowCount(), 2);
-    QVERIFY(tree.RemoveRootNode(music));
+    QVERIFY(scene.tree.RemoveRootNode(music));
     QCOMPARE(model.rowCount(), 1);
     QCOMPARE(model.index(0, 0).data(FolderTreeModel::KeyRole).toString(),
              QString::fromStdString(other));
-    tree.InitializeDrives({});
+    scene.tree.InitializeDrives({});
     QCOMPARE(model.rowCount(), 0);
 }
 
 void FolderTreeModelTest::expandToPathGivesTheIndexTheViewOpensTo() {
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    MakeFolders(dir);
-    CountingLister lister;
-    jk::FolderTree tree(lister);
-    tree.AddRoot(PathIn(dir, "Music"), "Music", jk::kDriveFixed, true);
-    FolderTreeModel model(tree);
+    MusicTree scene;
+    QVERIFY(scene.dir.isValid());
+    scene.tree.AddRoot(scene.Path("Music"), "Music", jk::kDriveFixed, true);
+    FolderTreeModel model(scene.tree);
     QTreeView view;
-    view.setModel(&model);
-    view.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    QVERIFY(ShowIn(view, model));
 
-    TreeNode* disc = tree.ExpandToPath(PathIn(dir, "Music/Massive Attack/Mezzanine/Disc 1"));
+    TreeNode* disc = scene.tree.ExpandToPath(scene.Path("Music/Massive Attack/Mezzanine/Disc 1"));
     QVERIFY(disc != nullptr);
     const QModelIndex index = model.IndexOf(disc);
     QCOMPARE(index.data(FolderTreeModel::KeyRole).toString(),
-             QString::fromStdString(PathIn(dir, "Music/Massive Attack/Mezzanine/Disc 1")));
+             QString::fromStdString(scene.Path("Music/Massive Attack/Mezzanine/Disc 1")));
     view.setCurrentIndex(index);
     view.scrollTo(index);
     QVERIFY(view.isExpanded(index.parent()));
     QVERIFY(view.isExpanded(model.index(0, 0)));
     QVERIFY(view.visualRect(index).isValid());
     // A sibling that was never opened is still unread.
-    QVERIFY(!lister.Listed(PathIn(dir, "Music/Björk/Post")));
+    QVERIFY(!scene.lister.Listed(scene.Path("Music/Björk/Post")));
 
-    QCOMPARE(tree.UpLevel(), disc->Parent);
-    QCOMPARE(model.IndexOf(tree.Selected()), index.parent());
+    QCOMPARE(scene.tree.UpLevel(), disc->Parent);
+    QCOMPARE(model.IndexOf(scene.tree.Selected()), index.parent());
     QVERIFY(!model.IndexOf(nullptr).isValid());
 }
 
 void FolderTreeModelTest::grabShowsTheTreeAsAUserSeesIt() {
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    MakeFolders(dir);
-    CountingLister lister;
-    jk::FolderTree tree(lister);
-    tree.AddRoot("/", "/", jk::kDriveFixed, true);
-    tree.AddRoot(PathIn(dir, "Music"), "MY STICK", jk::kDriveRemovable, true);
-    tree.AddRoot(PathIn(dir, "Other"), "NAS", jk::kDriveNetwork, true);
-    tree.AddRoot(PathIn(dir, "Other"), "Disc", jk::kDriveOptical, true);
-    tree.AddRoot(PathIn(dir, "Other"), "ann", jk::kImageHome, true);
-    tree.AddRoot("Summer 1999", "Summer 1999", jk::kImageVirtual, false);
-    FolderTreeModel model(tree);
+    MusicTree scene;
+    QVERIFY(scene.dir.isValid());
+    scene.tree.AddRoot("/", "/", jk::kDriveFixed, true);
+    scene.tree.AddRoot(scene.Path("Music"), "MY STICK", jk::kDriveRemovable, true);
+    scene.tree.AddRoot(scene.Path("Other"), "NAS", jk::kDriveNetwork, true);
+    scene.tree.AddRoot(scene.Path("Other"), "Disc", jk::kDriveOptical, true);
+    scene.tree.AddRoot(scene.Path("Other"), "ann", jk::kImageHome, true);
+    scene.tree.AddRoot("Summer 1999", "Summer 1999", jk::kImageVirtual, false);
+    FolderTreeModel model(scene.tree);
     QTreeView view;
     view.setModel(&model);
     view.setHeaderHidden(true);
     view.resize(320, 360);
     view.show();
     QVERIFY(QTest::qWaitForWindowExposed(&view));
-    TreeNode* disc = tree.ExpandToPath(PathIn(dir, "Music/Massive Attack/Mezzanine"));
+    TreeNode* disc = scene.tree.ExpandToPath(scene.Path("Music/Massive Attack/Mezzanine"));
     view.setCurrentIndex(model.IndexOf(disc));
     view.scrollTo(model.IndexOf(disc));
     QCoreApplication::processEvents();
