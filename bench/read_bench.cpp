@@ -20,8 +20,8 @@
 #include <vector>
 
 #include "BenchSupport.h"
+#include "catalogue/GetSongInfo.h"
 #include "catalogue/SongCache.h"
-#include "metadata/GetSongInfo.h"
 #include "util/PathHelpers.h"
 #include "util/Utf8.h"
 

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "app/SettingsStore.h"
+#include "app/Version.h"
 #include "playback/PlaylistTitle.h"
 #include "util/Text.h"
 #include "util/Utf8.h"
@@ -66,7 +67,8 @@ ListSettings ListSettingsOf(const jk::Settings& settings) {
 }
 
 std::string PlaylistCaption(const Session& session) {
-    return WindowTitle(session.Playlist.CurrentList, session.Playlist.PlaylistSaved);
+    return WindowTitle(session.Playlist.CurrentList, session.Playlist.PlaylistSaved,
+                       kProductCaption);
 }
 
 bool IsWinampOnlyMode(const jk::Settings& settings) {

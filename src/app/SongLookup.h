@@ -3,7 +3,7 @@
 // How a session reads songs: the reading options its settings ask for, and a lookup context
 // over its song cache and the two counters that the settings file keeps.
 
-#include "metadata/GetSongInfo.h"
+#include "catalogue/GetSongInfo.h"
 #include "metadata/SongFileReader.h"
 
 namespace jk {

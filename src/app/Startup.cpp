@@ -2,6 +2,7 @@
 
 #include "app/Session.h"
 #include "app/SettingsStore.h"
+#include "app/Version.h"
 #include "playback/PlaylistTitle.h"
 #include "util/FileIo.h"
 #include "util/Text.h"
@@ -113,7 +114,7 @@ void FinishStartup(Session& session, SessionFront& front) {
 }  // namespace
 
 std::string UntitledCaption() {
-    return WindowTitle("", true);
+    return WindowTitle("", true, kProductCaption);
 }
 
 bool InitializeMain(Session& session, SessionFront& front, SessionData& data,

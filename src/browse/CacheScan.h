@@ -8,8 +8,8 @@
 
 #include "browse/FolderLister.h"
 #include "browse/FolderScan.h"
-#include "metadata/GetSongInfo.h"
-#include "playback/ListRow.h"
+#include "catalogue/GetSongInfo.h"
+#include "listing/ListRow.h"
 
 namespace jk {
 

@@ -1,6 +1,6 @@
 #include "browse/FolderEntries.h"
 
-#include "browse/WalkRules.h"
+#include "listing/WalkRules.h"
 
 namespace jk {
 namespace {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "browse/FolderEntries.h"
-#include "browse/WalkRules.h"
+#include "listing/WalkRules.h"
 #include "util/PathHelpers.h"
 
 namespace jk {

@@ -11,9 +11,9 @@
 #include "browse/DriveRoot.h"
 #include "browse/FolderLister.h"
 #include "browse/FolderWalk.h"
-#include "browse/ReadAhead.h"
 #include "browse/ScanAddSong.h"
-#include "playback/ListRow.h"
+#include "listing/ListRow.h"
+#include "listing/ReadAhead.h"
 
 namespace jk {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "browse/FolderEntries.h"
-#include "browse/WalkRules.h"
+#include "listing/WalkRules.h"
 #include "util/PathHelpers.h"
 #include "util/Text.h"
 #include "util/Utf8.h"

@@ -21,7 +21,8 @@
 #include <vector>
 
 #include "browse/FolderLister.h"
-#include "browse/WalkRules.h"
+#include "listing/SongScanner.h"
+#include "listing/WalkRules.h"
 
 namespace jk {
 
@@ -42,25 +43,6 @@ inline constexpr int kScanProgressMaximum = 30;
 std::string ScanStatusText(std::string_view component, std::size_t songs);
 // Int(i / n * 30): the bar after file i of n.
 int ScanProgressValue(std::size_t i, std::size_t n);
-
-// Receives the accepted files of a walk, in walk order. The walk announces each file as soon as
-// it has listed the file's folder, which may be a little ahead of the file's turn, so that a
-// scanner can read ahead; it then asks for the files to be scanned one by one in the same order.
-class SongScanner {
-public:
-    virtual ~SongScanner() = default;
-    // How many announced files the scanner would like to have ahead of the one it scans. With
-    // 0, the walk lists each folder only when the folder's turn comes.
-    virtual std::size_t LookAhead() const { return 0; }
-    // A file the walk will hand over later. With a look-ahead, called on the walk's planner
-    // thread.
-    virtual void Announce(std::string path) = 0;
-    // Scans the oldest announced file not yet scanned. Called only after the walk has made sure
-    // it was not stopped.
-    virtual void ScanNext() = 0;
-    // Forgets the announced files not yet scanned (the walk ended or was stopped).
-    virtual void DropAnnounced() = 0;
-};
 
 struct WalkOptions {
     int FilterMode = kFilterMp3;

@@ -1,6 +1,6 @@
 #include "browse/ScanAddSong.h"
 
-#include "browse/WalkRules.h"
+#include "listing/WalkRules.h"
 #include "util/PathHelpers.h"
 #include "util/StringHelpers.h"
 #include "util/Text.h"

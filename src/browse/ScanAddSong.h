@@ -6,10 +6,10 @@
 #include <functional>
 #include <string>
 
-#include "metadata/GetSongInfo.h"
+#include "catalogue/GetSongInfo.h"
+#include "listing/ListRow.h"
 #include "metadata/SongFileReader.h"
 #include "metadata/SongInfo.h"
-#include "playback/ListRow.h"
 
 namespace jk {
 

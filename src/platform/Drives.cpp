@@ -11,7 +11,7 @@
 #include <memory>
 #include <unordered_set>
 
-#include "browse/WalkRules.h"
+#include "listing/WalkRules.h"
 #include "platform/DrivesProbe.h"
 #include "util/FileIo.h"
 #include "util/PathHelpers.h"

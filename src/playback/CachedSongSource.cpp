@@ -4,9 +4,9 @@
 #include <optional>
 #include <utility>
 
-#include "browse/ReadAhead.h"
-#include "browse/WalkRules.h"
-#include "metadata/GetSongInfo.h"
+#include "catalogue/GetSongInfo.h"
+#include "listing/ReadAhead.h"
+#include "listing/WalkRules.h"
 #include "util/Text.h"
 
 namespace jk {

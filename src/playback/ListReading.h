@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "playback/ListRow.h"
+#include "listing/ListRow.h"
 #include "playback/SongRows.h"
 
 namespace jk {

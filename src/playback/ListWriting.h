@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "playback/ListRow.h"
+#include "listing/ListRow.h"
 #include "playback/PlaylistState.h"
 #include "util/FileIo.h"
 

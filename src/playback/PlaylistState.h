@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-#include "playback/ListRow.h"
+#include "listing/ListRow.h"
 #include "util/UserMessage.h"
 
 namespace jk {

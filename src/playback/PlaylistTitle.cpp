@@ -1,19 +1,18 @@
 #include "playback/PlaylistTitle.h"
 
-#include "app/Version.h"
-
 namespace jk {
 
-std::string WindowTitle(std::string_view currentList, bool playlistSaved) {
+std::string WindowTitle(std::string_view currentList, bool playlistSaved,
+                        std::string_view productCaption) {
     const std::string_view name = currentList.empty() ? std::string_view("Untitled") : currentList;
     std::string title;
-    title.reserve(name.size() + kProductCaption.size() + 4);
+    title.reserve(name.size() + productCaption.size() + 4);
     title.append(name);
     if (!playlistSaved) {
         title.push_back('*');
     }
     title.append(" - ");
-    title.append(kProductCaption);
+    title.append(productCaption);
     return title;
 }
 

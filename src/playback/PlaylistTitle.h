@@ -7,7 +7,10 @@
 
 namespace jk {
 
-// "name - Ostrel Jukarra 2.62", "Untitled" for no name, a "*" behind the name when unsaved.
-std::string WindowTitle(std::string_view currentList, bool playlistSaved);
+// "name - CAPTION" ("name - Ostrel Jukarra 2.62"), "Untitled" for no name, a "*" behind the name
+// when unsaved. The program hands in its own caption, so lists need not know which program
+// shows them.
+std::string WindowTitle(std::string_view currentList, bool playlistSaved,
+                        std::string_view productCaption);
 
 }  // namespace jk

@@ -10,8 +10,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "listing/ListRow.h"
 #include "metadata/SongInfo.h"
-#include "playback/ListRow.h"
 #include "playback/ShuffleRandom.h"
 
 namespace jk {

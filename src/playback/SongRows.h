@@ -10,9 +10,9 @@
 #include <type_traits>
 #include <utility>
 
-#include "metadata/GetSongInfo.h"
+#include "catalogue/GetSongInfo.h"
+#include "listing/ListRow.h"
 #include "metadata/SongInfo.h"
-#include "playback/ListRow.h"
 
 namespace jk {
 

@@ -11,7 +11,7 @@
 #include "app/cli/CliRegistry.h"
 #include "app/cli/ListCommandSupport.h"
 #include "app/cli/SongCommandSupport.h"
-#include "metadata/GetSongInfo.h"
+#include "catalogue/GetSongInfo.h"
 
 namespace jk {
 

@@ -9,8 +9,8 @@
 #include <string>
 #include <string_view>
 
-#include "metadata/GetSongInfo.h"
-#include "playback/ListRow.h"
+#include "catalogue/GetSongInfo.h"
+#include "listing/ListRow.h"
 
 namespace jk {
 

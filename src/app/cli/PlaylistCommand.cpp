@@ -11,7 +11,7 @@
 #include "app/cli/SongCommandSupport.h"
 #include "browse/CacheScan.h"
 #include "browse/FolderScan.h"
-#include "browse/WalkRules.h"
+#include "listing/WalkRules.h"
 #include "metadata/SongInfo.h"
 #include "platform/DirectoryListing.h"
 #include "playback/CachedSongSource.h"

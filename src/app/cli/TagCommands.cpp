@@ -14,7 +14,7 @@
 #include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
 #include "app/cli/SongCommandSupport.h"
-#include "metadata/GetSongInfo.h"
+#include "catalogue/GetSongInfo.h"
 #include "metadata/SongFileReader.h"
 #include "metadata/TagWriter.h"
 #include "util/FileIo.h"

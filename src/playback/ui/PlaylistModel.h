@@ -10,7 +10,7 @@
 #include <QItemSelection>
 #include <QStringList>
 
-#include "playback/ListRow.h"
+#include "listing/ListRow.h"
 
 namespace jk {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "browse/RowCopy.h"
+#include "listing/RowCopy.h"
 
 namespace jk {
 namespace {

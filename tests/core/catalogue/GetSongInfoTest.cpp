@@ -1,4 +1,4 @@
-#include "metadata/GetSongInfo.h"
+#include "catalogue/GetSongInfo.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -10,8 +10,8 @@
 #include <gtest/gtest.h>
 
 #include "PlaybackTestSupport.h"
+#include "catalogue/GetSongInfo.h"
 #include "catalogue/SongCache.h"
-#include "metadata/GetSongInfo.h"
 #include "playback/ListReading.h"
 #include "util/PathHelpers.h"
 

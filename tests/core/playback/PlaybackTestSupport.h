@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "listing/ListRow.h"
 #include "metadata/SongInfo.h"
-#include "playback/ListRow.h"
 #include "playback/SongRows.h"
 #include "support/TempFolder.h"
 #include "util/Text.h"

@@ -1,6 +1,7 @@
 #include "playback/PlaylistCommands.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -21,6 +22,9 @@ using test::RowAt;
 using test::ScratchFolder;
 using test::WriteBytes;
 
+// The program hands its caption in; lists only place it.
+constexpr std::string_view kCaption = "Ostrel Jukarra 2.62";
+
 PlaylistState Named(const std::string& listPath, RowList rows, bool saved = false) {
     PlaylistState state;
     state.Rows = std::move(rows);
@@ -31,10 +35,10 @@ PlaylistState Named(const std::string& listPath, RowList rows, bool saved = fals
 }
 
 TEST(WindowTitle, FollowsTheNameAndTheSavedState) {
-    EXPECT_EQ(WindowTitle("rock.m3u", true), "rock.m3u - Ostrel Jukarra 2.62");
-    EXPECT_EQ(WindowTitle("", true), "Untitled - Ostrel Jukarra 2.62");
-    EXPECT_EQ(WindowTitle("rock.m3u", false), "rock.m3u* - Ostrel Jukarra 2.62");
-    EXPECT_EQ(WindowTitle("", false), "Untitled* - Ostrel Jukarra 2.62");
+    EXPECT_EQ(WindowTitle("rock.m3u", true, kCaption), "rock.m3u - Ostrel Jukarra 2.62");
+    EXPECT_EQ(WindowTitle("", true, kCaption), "Untitled - Ostrel Jukarra 2.62");
+    EXPECT_EQ(WindowTitle("rock.m3u", false, kCaption), "rock.m3u* - Ostrel Jukarra 2.62");
+    EXPECT_EQ(WindowTitle("", false, kCaption), "Untitled* - Ostrel Jukarra 2.62");
 }
 
 TEST(SaveList, WritesRelativeLinesEndedByCrLfThatReadBackAsTheSamePaths) {
@@ -186,7 +190,7 @@ TEST(RemoveFromList, DropsTheSelectedRowsAndMarksAChange) {
 
     NewList(state);
     EXPECT_TRUE(state.Rows.empty());
-    EXPECT_EQ(WindowTitle(state.CurrentList, state.PlaylistSaved),
+    EXPECT_EQ(WindowTitle(state.CurrentList, state.PlaylistSaved, kCaption),
               "Untitled - Ostrel Jukarra 2.62");
 }
 

@@ -1,4 +1,4 @@
-#include "browse/RowCopy.h"
+#include "listing/RowCopy.h"
 
 #include <array>
 

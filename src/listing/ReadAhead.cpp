@@ -1,11 +1,11 @@
-#include "browse/ReadAhead.h"
+#include "listing/ReadAhead.h"
 
 #include <algorithm>
 #include <chrono>
 #include <system_error>
 #include <utility>
 
-#include "browse/WalkRules.h"
+#include "listing/WalkRules.h"
 #include "metadata/Id3v2Header.h"
 #include "util/FileIo.h"
 #include "util/Text.h"

@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-#include "playback/ListRow.h"
+#include "listing/ListRow.h"
 
 namespace jk {
 

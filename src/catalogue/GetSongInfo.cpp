@@ -1,4 +1,4 @@
-#include "metadata/GetSongInfo.h"
+#include "catalogue/GetSongInfo.h"
 
 #include <ctime>
 #include <limits>

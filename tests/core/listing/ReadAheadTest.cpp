@@ -1,4 +1,4 @@
-#include "browse/ReadAhead.h"
+#include "listing/ReadAhead.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "browse/WalkRules.h"
+#include "listing/WalkRules.h"
 
 #include <array>
 #include <cstdint>

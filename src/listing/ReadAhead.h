@@ -23,7 +23,7 @@
 #include <thread>
 #include <vector>
 
-#include "browse/FolderWalk.h"
+#include "listing/SongScanner.h"
 #include "metadata/SongFileReader.h"
 #include "util/FileIo.h"
 

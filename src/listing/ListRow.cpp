@@ -1,4 +1,4 @@
-#include "playback/ListRow.h"
+#include "listing/ListRow.h"
 
 namespace jk {
 
