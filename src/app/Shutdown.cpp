@@ -16,20 +16,20 @@ constexpr std::string_view kPanelBackingUp = "Backing up virtual cache...";
 constexpr std::string_view kPanelSavingVirtual = "Saving virtual drives...";
 constexpr std::string_view kPanelWritingIni = "Writing INI...";
 
-void SaveAndForgetList(Session& session, SessionFront& front) {
-    front.SaveListClick();
+void SaveAndForgetList(Session& session, const SessionFront& front) {
+    front.Panes.SaveListClick();
     session.Playlist.PlaylistSaved = true;
     session.Playlist.CurrentList.clear();
 }
 
 // Returns false when the user cancels.
-bool DecideOnPlaylist(Session& session, SessionFront& front, SessionData& data,
+bool DecideOnPlaylist(Session& session, const SessionFront& front, SessionData& data,
                       CloseRequest request) {
     const std::size_t songs = data.PlaylistSongCount(session);
     if (session.Playlist.PlaylistSaved || songs == 0) {
         return true;
     }
-    front.SetPanelText(kPanelShuttingDown);
+    front.Panes.SetPanelText(kPanelShuttingDown);
     const Settings& settings = session.Settings;
     if (request == CloseRequest::Unattended) {
         // An untitled list would need the save dialog.
@@ -40,7 +40,7 @@ bool DecideOnPlaylist(Session& session, SessionFront& front, SessionData& data,
         return true;
     }
     if (settings.NeverAsk != 1) {
-        switch (front.AskSaveList(SaveQuestion())) {
+        switch (front.Messages.AskSaveList(SaveQuestion())) {
             case SaveAnswer::Cancel:
                 return false;
             case SaveAnswer::Yes:
@@ -55,53 +55,53 @@ bool DecideOnPlaylist(Session& session, SessionFront& front, SessionData& data,
     return true;
 }
 
-void SaveLastListIfRemembered(Session& session, SessionFront& front, SessionData& data) {
+void SaveLastListIfRemembered(Session& session, const SessionFront& front, SessionData& data) {
     if (!RememberListIsOn(session.Settings)) {
         return;
     }
-    front.SetPanelText(kPanelAutoSaving);
+    front.Panes.SetPanelText(kPanelAutoSaving);
     if (const auto failure = data.SaveLastList(session)) {
-        front.ShowMessage(*failure);
+        front.Messages.ShowMessage(*failure);
     }
 }
 
-void SaveVirtualDrivesIfChanged(Session& session, SessionFront& front, SessionData& data) {
+void SaveVirtualDrivesIfChanged(Session& session, const SessionFront& front, SessionData& data) {
     if (session.VirtualDirty == 0) {
         return;
     }
-    front.SetPanelText(kPanelBackingUp);
+    front.Panes.SetPanelText(kPanelBackingUp);
     data.BackupVirtualCache(session);
-    front.SetPanelText(kPanelSavingVirtual);
+    front.Panes.SetPanelText(kPanelSavingVirtual);
     data.SaveVirtualCache(session);
 }
 
 }  // namespace
 
-ShutdownResult FormUnload(Session& session, SessionFront& front, SessionData& data,
+ShutdownResult FormUnload(Session& session, const SessionFront& front, SessionData& data,
                           CloseRequest request) {
     ShutdownResult result;
-    front.StoreWindowPosition(session.Settings);
+    front.Shutdown.StoreWindowPosition(session.Settings);
     if (!DecideOnPlaylist(session, front, data, request)) {
-        front.SetPanelText("");
+        front.Panes.SetPanelText("");
         result.cancelled = true;
         return result;
     }
-    front.StopTimers();
+    front.Shutdown.StopTimers();
     SaveLastListIfRemembered(session, front, data);
-    front.SetPanelText(kPanelCleaning);
+    front.Panes.SetPanelText(kPanelCleaning);
     data.TrimCache(session);
     data.SaveBookmarks(session);
-    front.SetPanelText(kPanelSavingCache);
+    front.Panes.SetPanelText(kPanelSavingCache);
     data.SaveCache(session);
     SaveVirtualDrivesIfChanged(session, front, data);
-    front.RemoveTrayIcons();
-    front.UnhidePlayerWindow();
+    front.Shutdown.RemoveTrayIcons();
+    front.Shutdown.UnhidePlayerWindow();
 
-    front.SetPanelText(kPanelWritingIni);
-    front.StoreWindowLayout(session.Settings);
+    front.Panes.SetPanelText(kPanelWritingIni);
+    front.Shutdown.StoreWindowLayout(session.Settings);
     result.iniWritten = WriteINI(session.Settings, IniPath(session), &result.iniError);
     if (!result.iniWritten) {
-        front.ShowMessage(IniSaveFailedMessage());
+        front.Messages.ShowMessage(IniSaveFailedMessage());
     }
     return result;
 }

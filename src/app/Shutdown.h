@@ -24,7 +24,7 @@ struct ShutdownResult {
 // when RememberList is on, as at every close.
 enum class CloseRequest { ByUser, Unattended };
 
-ShutdownResult FormUnload(Session& session, SessionFront& front, SessionData& data,
+ShutdownResult FormUnload(Session& session, const SessionFront& front, SessionData& data,
                           CloseRequest request = CloseRequest::ByUser);
 
 }  // namespace jk

@@ -57,58 +57,58 @@ void StartPlayerIfWanted(Session& session, SessionData& data, const StartupEnvir
     }
 }
 
-void ContinuePreviousRun(Session& session, SessionFront& front, SessionData& data,
+void ContinuePreviousRun(Session& session, const SessionFront& front, SessionData& data,
                          const StartupEnvironment& env) {
     Settings& settings = session.Settings;
     ValidateINI(settings, env.samples);
-    front.PlaceVerticalSplitter(settings.SplitLeft);
+    front.Startup.PlaceVerticalSplitter(settings.SplitLeft);
     ApplyMaxCache(session);
-    front.SetStatus(kStatusOptimize);
+    front.Startup.SetStatus(kStatusOptimize);
     data.OptimizeCache(session);
-    front.ShowMain();
-    front.ShowGridLines(settings.ShowGrid == 1);
-    front.UpdateLastLists();
-    front.CheckOnTop(settings.AlwaysOnTop == 1);
-    front.SetTop();
+    front.Startup.ShowMain();
+    front.Startup.ShowGridLines(settings.ShowGrid == 1);
+    front.Panes.UpdateLastLists();
+    front.Startup.CheckOnTop(settings.AlwaysOnTop == 1);
+    front.Startup.SetTop();
     if (env.openLastList && RememberListIsOne(settings)) {
-        front.SetStatus(kStatusLastList);
+        front.Startup.SetStatus(kStatusLastList);
         data.OpenLastList(session);
     }
-    front.RefreshSetupPlayers();
+    front.Startup.RefreshSetupPlayers();
     StartPlayerIfWanted(session, data, env);
-    front.ListStats();
-    front.AlignSplitters();
-    front.OpenFolder(settings.GoPaths[1]);
+    front.Panes.ListStats();
+    front.Startup.AlignSplitters();
+    front.Panes.OpenFolder(settings.GoPaths[1]);
 }
 
-void WelcomeFirstRun(Session& session, SessionFront& front, const StartupEnvironment& env) {
-    front.CloseSplash();
-    front.ShowWelcome(WelcomeMessage());
-    front.PlaceMain();
-    front.RunSetupBrowser();
+void WelcomeFirstRun(Session& session, const SessionFront& front, const StartupEnvironment& env) {
+    front.Startup.CloseSplash();
+    front.Startup.ShowWelcome(WelcomeMessage());
+    front.Startup.PlaceMain();
+    front.Startup.RunSetupBrowser();
     // After the Setup Browser, so that what the user left empty gets its default.
     ValidateINI(session.Settings, env.samples);
 }
 
-void FinishStartup(Session& session, SessionFront& front) {
+void FinishStartup(Session& session, const SessionFront& front) {
     const Settings& settings = session.Settings;
-    front.ApplyColumnOrders(settings.ColumnOrderFiles, settings.ColumnOrderPlaylist);
-    front.UpdatePlayerMode(IsWinampOnlyMode(settings));
-    front.SetTop();
-    front.RefreshSetupPlayers();
-    front.SetIntroPlayPressed(settings.IntroPlay != 0);
+    front.Startup.ApplyColumnOrders(settings.ColumnOrderFiles, settings.ColumnOrderPlaylist);
+    front.Startup.UpdatePlayerMode(IsWinampOnlyMode(settings));
+    front.Startup.SetTop();
+    front.Startup.RefreshSetupPlayers();
+    front.Startup.SetIntroPlayPressed(settings.IntroPlay != 0);
     ApplyFilterMode(session);
-    front.CloseSplash();
+    front.Startup.CloseSplash();
     session.Starting = 0;
-    front.UpdateWindowsMode(settings.WindowsMode != 0);
-    front.SetMainEnabled(true);
+    front.Startup.UpdateWindowsMode(settings.WindowsMode != 0);
+    front.Startup.SetMainEnabled(true);
     if (Val(settings.ShowTips) == 1) {
-        front.ShowTips();
+        front.Startup.ShowTips();
     }
-    front.SetViewChecks(settings.ViewFiles == 1, settings.ViewFolders == 1,
-                        settings.ViewPlaylist == 1);
-    front.LoadClipboardViewer();
-    front.RestoreToolbar();
+    front.Startup.SetViewChecks(settings.ViewFiles == 1, settings.ViewFolders == 1,
+                                settings.ViewPlaylist == 1);
+    front.Startup.LoadClipboardViewer();
+    front.Startup.RestoreToolbar();
 }
 
 }  // namespace
@@ -117,46 +117,46 @@ std::string UntitledCaption() {
     return WindowTitle("", true, kProductCaption);
 }
 
-bool InitializeMain(Session& session, SessionFront& front, SessionData& data,
+bool InitializeMain(Session& session, const SessionFront& front, SessionData& data,
                     const StartupEnvironment& environment) {
     const StepProgress progress = [&front](std::int64_t done, std::int64_t total) {
-        return front.ShowProgress(done, total);
+        return front.Startup.ShowProgress(done, total);
     };
 
     AllocateArrays(session);
-    front.PrepareMainWindow(UntitledCaption());
+    front.Startup.PrepareMainWindow(UntitledCaption());
     SetAppPath(session, environment.dataFolder);
-    front.BindTrayIcons();
-    front.SetMainEnabled(false);
+    front.Startup.BindTrayIcons();
+    front.Startup.SetMainEnabled(false);
     session.CacheFrozen = 0;
 
-    front.SetStatus(kStatusDrives);
-    front.ClearProgress();
+    front.Startup.SetStatus(kStatusDrives);
+    front.Startup.ClearProgress();
     data.InitializeDrives(session);
 
-    front.SetStatus(kStatusCache);
+    front.Startup.SetStatus(kStatusCache);
     data.LoadCache(session, progress);
     session.VolumesReady = 0;
 
-    front.SetStatus(kStatusVirtual);
-    front.ClearProgress();
+    front.Startup.SetStatus(kStatusVirtual);
+    front.Startup.ClearProgress();
     data.LoadVirtualCache(session, progress);
     if (session.VolumesReady == 0) {
-        front.SetStatus(kStatusBuildVirtual);
+        front.Startup.SetStatus(kStatusBuildVirtual);
         data.BuildVirtualVolumes(session, progress);
     }
 
-    front.SetStatus(kStatusFolders);
-    front.LoadVirtualFolders();
+    front.Startup.SetStatus(kStatusFolders);
+    front.Panes.LoadVirtualFolders();
 
     // Defaults before the settings file, so that a key it never reads keeps its default.
     LoadDefaults(session, environment.firstPlayerPath);
 
-    front.SetStatus(kStatusBookmarks);
+    front.Startup.SetStatus(kStatusBookmarks);
     data.LoadBookmarks(session);
-    front.UpdateBookmarks();
+    front.Panes.UpdateBookmarks();
 
-    front.SetStatus(kStatusSettings);
+    front.Startup.SetStatus(kStatusSettings);
     const bool previousRun = LoadSettingsFile(session);
     ApplyOverrides(session, environment.overrides);
 
@@ -169,12 +169,12 @@ bool InitializeMain(Session& session, SessionFront& front, SessionData& data,
     return previousRun;
 }
 
-StartupResult RunStartup(Session& session, SessionFront& front, SessionData& data,
+StartupResult RunStartup(Session& session, const SessionFront& front, SessionData& data,
                          const StartupEnvironment& environment) {
     session.Playlist.PlaylistSaved = true;
     StartupResult result;
     result.firstRun = !InitializeMain(session, front, data, environment);
-    front.ShowMainIfHidden();
+    front.Startup.ShowMainIfHidden();
     return result;
 }
 

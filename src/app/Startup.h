@@ -39,11 +39,11 @@ struct StartupResult {
 
 // The splash's part: marks the playlist saved, runs InitializeMain and shows the main window
 // if it is still hidden.
-StartupResult RunStartup(Session& session, SessionFront& front, SessionData& data,
+StartupResult RunStartup(Session& session, const SessionFront& front, SessionData& data,
                          const StartupEnvironment& environment);
 
 // The whole start-up sequence. Returns false on a first run.
-bool InitializeMain(Session& session, SessionFront& front, SessionData& data,
+bool InitializeMain(Session& session, const SessionFront& front, SessionData& data,
                     const StartupEnvironment& environment);
 
 // "Untitled - Ostrel Jukarra 2.62".

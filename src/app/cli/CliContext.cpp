@@ -25,7 +25,7 @@ Session& CliContext::StartedSession() {
         // The tool works on the lists it is given; the last run's playlist is the desktop's.
         environment.openLastList = false;
         environment.overrides = m_overrides;
-        RunStartup(*m_session, m_front, m_data, environment);
+        RunStartup(*m_session, SessionFront::MessagesOnly(m_front), m_data, environment);
     }
     return *m_session;
 }

@@ -1,14 +1,13 @@
 #include "app/cli/CliFront.h"
 
 #include <cstdio>
+#include <string>
 
 namespace jk {
 
 SaveAnswer CliFront::AskSaveList(const UserMessage& /*question*/) {
     return SaveAnswer::No;
 }
-
-void CliFront::SaveListClick() {}
 
 void CliFront::ShowMessage(const UserMessage& message) {
     std::string line = message.title.empty() ? message.text : message.title + " " + message.text;

@@ -1,18 +1,18 @@
 #pragma once
 
-// The command-line tool's front end for start-up: no windows and no questions. Messages meant
-// for the user go to standard error; the first run's welcome and setup are skipped, so a first
-// run simply takes the defaults.
+// The command-line tool as a front end: it has no windows and asks no questions, so it has only
+// messages, each one line on standard error. A first run's welcome and setup, which need
+// windows, do not happen: a first run simply takes the defaults.
 
-#include "app/SessionFront.h"
+#include "app/MessageFront.h"
 
 namespace jk {
 
-class CliFront final : public SessionFront {
+class CliFront final : public MessageFront {
 public:
-    SaveAnswer AskSaveList(const UserMessage& question) override;
-    void SaveListClick() override;
     void ShowMessage(const UserMessage& message) override;
+    // "No": there is nobody to ask.
+    SaveAnswer AskSaveList(const UserMessage& question) override;
 };
 
 }  // namespace jk

@@ -5,7 +5,10 @@
 
 #include <functional>
 
-#include "app/SessionFront.h"
+#include "app/MessageFront.h"
+#include "app/PaneFront.h"
+#include "app/ShutdownFront.h"
+#include "app/StartupFront.h"
 
 class QWidget;
 
@@ -15,7 +18,10 @@ class Main;
 class Splash;
 struct Session;
 
-class DesktopFront final : public SessionFront {
+class DesktopFront final : public StartupFront,
+                           public ShutdownFront,
+                           public PaneFront,
+                           public MessageFront {
 public:
     DesktopFront(Session& session, Splash& splash, Main& main);
 
@@ -24,24 +30,30 @@ public:
     // The File menu's save command for the open playlist; nothing happens until it is set.
     std::function<void()> saveList;
 
+    // StartupFront
     void SetStatus(std::string_view text) override;
     void ClearProgress() override;
     bool ShowProgress(std::int64_t done, std::int64_t total) override;
+    void CloseSplash() override;
     void PrepareMainWindow(std::string_view caption) override;
     void SetMainEnabled(bool enabled) override;
     void ShowMain() override;
-    void CloseSplash() override;
-    void ShowWelcome(const UserMessage& message) override;
     void PlaceMain() override;
-    void RunSetupBrowser() override;
     void ShowMainIfHidden() override;
+    void ShowWelcome(const UserMessage& message) override;
+    void RunSetupBrowser() override;
 
+    // ShutdownFront
     void StoreWindowPosition(jk::Settings& settings) override;
-    void SetPanelText(std::string_view text) override;
-    SaveAnswer AskSaveList(const UserMessage& question) override;
-    void SaveListClick() override;
     void StoreWindowLayout(jk::Settings& settings) override;
+
+    // PaneFront
+    void SaveListClick() override;
+    void SetPanelText(std::string_view text) override;
+
+    // MessageFront
     void ShowMessage(const UserMessage& message) override;
+    SaveAnswer AskSaveList(const UserMessage& question) override;
 
     // The main window's caption for the open playlist: its name, "*" when unsaved.
     void ShowPlaylistCaption();

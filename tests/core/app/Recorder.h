@@ -14,7 +14,11 @@
 
 namespace jk::test {
 
-class Recorder final : public SessionFront, public SessionData {
+class Recorder final : public StartupFront,
+                       public ShutdownFront,
+                       public PaneFront,
+                       public MessageFront,
+                       public SessionData {
 public:
     std::vector<std::string> log;
 
@@ -50,7 +54,7 @@ public:
         return false;
     }
 
-    // SessionFront
+    // StartupFront, ShutdownFront, PaneFront, MessageFront
     void SetStatus(std::string_view text) override { log.push_back("status:" + std::string(text)); }
     void ClearProgress() override { Front("ClearProgress"); }
     void PrepareMainWindow(std::string_view caption) override {

@@ -18,7 +18,10 @@
 namespace jk {
 namespace {
 
-class QuietFront final : public SessionFront {
+class QuietFront final : public StartupFront,
+                         public ShutdownFront,
+                         public PaneFront,
+                         public MessageFront {
 public:
     std::vector<std::int64_t> progress;
 
@@ -27,7 +30,6 @@ public:
         return true;
     }
     SaveAnswer AskSaveList(const UserMessage& /*question*/) override { return SaveAnswer::No; }
-    void SaveListClick() override {}
     void ShowMessage(const UserMessage& /*message*/) override {}
 };
 

@@ -18,7 +18,8 @@
 namespace jk {
 namespace {
 
-class SilentFront final : public SessionFront {
+// A front end without windows that keeps what it was told.
+class SilentFront final : public MessageFront {
 public:
     std::vector<UserMessage> messages;
 
@@ -26,7 +27,6 @@ public:
         messages.push_back(question);
         return SaveAnswer::No;
     }
-    void SaveListClick() override {}
     void ShowMessage(const UserMessage& message) override { messages.push_back(message); }
 };
 
@@ -83,7 +83,7 @@ TEST_F(SessionPlaylist, StartupOpensTheLastListWhenRememberListIsOne) {
     for (const Case& c : cases) {
         PreviousRun(c.options);
         Session session;
-        RunStartup(session, front, data, environment);
+        RunStartup(session, SessionFront::MessagesOnly(front), data, environment);
         EXPECT_EQ(PathsOf(session.Playlist.Rows), c.paths) << c.options;
         // The list read back is the one kept between runs: untitled, nothing to save.
         EXPECT_EQ(session.Playlist.CurrentList, "") << c.options;
@@ -95,7 +95,7 @@ TEST_F(SessionPlaylist, StartupOpensTheLastListWhenRememberListIsOne) {
 TEST_F(SessionPlaylist, TheLastListComesThroughTheSongCache) {
     PreviousRun("RememberList=1\r\n");
     Session session;
-    RunStartup(session, front, data, environment);
+    RunStartup(session, SessionFront::MessagesOnly(front), data, environment);
     ASSERT_EQ(session.Playlist.Rows.size(), 3u);
     EXPECT_EQ(session.Playlist.Rows[0].Get(Column::Title), "Plain Title");
     EXPECT_EQ(session.Playlist.Rows[1].Get(Column::Title), "* gone");
@@ -106,16 +106,16 @@ TEST_F(SessionPlaylist, TheLastListComesThroughTheSongCache) {
 TEST_F(SessionPlaylist, ShutdownWritesTheListThatTheNextStartupReads) {
     PreviousRun("RememberList=1\r\n");
     Session first;
-    RunStartup(first, front, data, environment);
+    RunStartup(first, SessionFront::MessagesOnly(front), data, environment);
     const std::string other = folder.File("other.mp3");
     first.Playlist.Rows.push_back(GhostRow(other));
-    ASSERT_FALSE(FormUnload(first, front, data).cancelled);
+    ASSERT_FALSE(FormUnload(first, SessionFront::MessagesOnly(front), data).cancelled);
     EXPECT_EQ(folder.Read("lastlist.m3u"), folder.File("Plain.mp3") + "\r\n" +
                                                folder.File("gone.mp3") + "\r\n" +
                                                folder.File("#EXTM3U") + "\r\n" + other + "\r\n");
 
     Session second;
-    RunStartup(second, front, data, environment);
+    RunStartup(second, SessionFront::MessagesOnly(front), data, environment);
     EXPECT_EQ(PathsOf(second.Playlist.Rows), PathsOf(first.Playlist.Rows));
 }
 
@@ -130,7 +130,7 @@ TEST_F(SessionPlaylist, ALastListThatCannotBeWrittenTellsTheUserAndShutdownGoesO
     EXPECT_EQ(data.SaveLastList(session), SaveFailedMessage());
     EXPECT_EQ(SaveFailedMessage().title, "Uh-oh...");
 
-    const ShutdownResult result = FormUnload(session, front, data);
+    const ShutdownResult result = FormUnload(session, SessionFront::MessagesOnly(front), data);
     EXPECT_FALSE(result.cancelled);
     ASSERT_FALSE(front.messages.empty());
     EXPECT_EQ(front.messages.front(), SaveFailedMessage());
@@ -147,7 +147,7 @@ TEST_F(SessionPlaylist, ShutdownAsksOnlyForAnUnsavedListWithSongs) {
             session.Playlist.Rows.push_back(GhostRow("/music/a.mp3"));
         }
         SilentFront asked;
-        FormUnload(session, asked, data);
+        FormUnload(session, SessionFront::MessagesOnly(asked), data);
         EXPECT_EQ(asked.messages.size(), withRows ? 1u : 0u) << withRows;
     }
 }
