@@ -10,7 +10,9 @@
 #include "app/Session.h"
 #include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
-#include "app/cli/SongCommandSupport.h"
+#include "app/cli/CommandArgs.h"
+#include "app/cli/CommandOutput.h"
+#include "app/cli/SongLookupRun.h"
 #include "catalogue/CacheMaintenance.h"
 #include "catalogue/CacheStats.h"
 #include "catalogue/SongCache.h"
@@ -27,13 +29,13 @@ void PrintLabelled(std::string_view label, std::string_view value) {
 // A cache held back for this run's TagCodepage stays unsaved, and the user is told.
 int SaveCacheOf(Session& session) {
     if (session.CacheSaveBlocked) {
-        CliContext::Error(
+        PrintError(
             "the cache was not saved: this run's TagCodepage is not the one the settings hold");
         return kExitOk;
     }
     const IoResult saved = SaveSessionCache(session);
     if (!saved.ok) {
-        CliContext::Error("cannot save the song cache: " + saved.error);
+        PrintError("cannot save the song cache: " + saved.error);
         return kExitFailed;
     }
     return kExitOk;
@@ -92,7 +94,7 @@ int Flush(CliContext& context) {
     // of this run only holds the cache back.
     const IoResult saved = SaveCache(session.SongCache, session.AppPath);
     if (!saved.ok) {
-        CliContext::Error("cannot save the song cache: " + saved.error);
+        PrintError("cannot save the song cache: " + saved.error);
         return kExitFailed;
     }
     PrintOut("Flushed " + RecordCount(before) + ".");
@@ -108,7 +110,7 @@ int ResetStatistics(CliContext& context) {
     session.Settings.CacheHits = 0;
     const IoResult saved = SaveCacheCounters(session);
     if (!saved.ok) {
-        CliContext::Error("cannot save the settings: " + saved.error);
+        PrintError("cannot save the settings: " + saved.error);
         return kExitFailed;
     }
     PrintOut("Statistics reset.");

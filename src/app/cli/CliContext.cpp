@@ -1,8 +1,7 @@
 #include "app/cli/CliContext.h"
 
-#include <cstdio>
-
 #include "app/Session.h"
+#include "app/cli/CommandOutput.h"
 #include "platform/ExecutableSearch.h"
 #include "platform/InstanceLock.h"
 #include "platform/UserFolders.h"
@@ -38,22 +37,14 @@ bool CliContext::AcquireWriteAccess() {
         case InstanceLock::Result::Acquired:
             return true;
         case InstanceLock::Result::HeldElsewhere:
-            Error("Jukarra is running on " + m_dataFolder +
-                  "; close it before changing its data from here");
+            PrintError("Jukarra is running on " + m_dataFolder +
+                       "; close it before changing its data from here");
             return false;
         case InstanceLock::Result::Failed:
-            Error(m_lock->Error());
+            PrintError(m_lock->Error());
             return false;
     }
     return false;
-}
-
-void CliContext::Error(std::string_view message) {
-    std::fprintf(stderr, "jukarra-cli: %.*s\n", static_cast<int>(message.size()), message.data());
-}
-
-StepProgress CliContext::ProgressOn(ProgressLine& line) {
-    return [&line](std::int64_t done, std::int64_t total) { return line.Update(done, total); };
 }
 
 }  // namespace jk

@@ -1,19 +1,15 @@
 #pragma once
 
 // What every command gets: the data folder, the session after the shared start-up sequence
-// (run on first use, with the --set overrides applied), the right to write data files, and
-// the output helpers.
+// (run on first use, with the --set overrides applied), and the right to write data files.
 
-#include <cstdint>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "app/SessionData.h"
 #include "app/Startup.h"
 #include "app/cli/CliFront.h"
-#include "app/cli/ProgressLine.h"
 
 namespace jk {
 
@@ -38,11 +34,6 @@ public:
     // program until the tool ends. When the desktop program runs, prints why not on standard
     // error and returns false: the command then ends with kExitFailed.
     bool AcquireWriteAccess();
-
-    // "jukarra-cli: message" on standard error.
-    static void Error(std::string_view message);
-    // A progress callable for long work, drawing on `line` (see ProgressLine).
-    static StepProgress ProgressOn(ProgressLine& line);
 
 private:
     std::string m_dataFolder;

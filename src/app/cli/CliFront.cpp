@@ -1,7 +1,8 @@
 #include "app/cli/CliFront.h"
 
-#include <cstdio>
 #include <string>
+
+#include "app/cli/CommandOutput.h"
 
 namespace jk {
 
@@ -16,7 +17,7 @@ void CliFront::ShowMessage(const UserMessage& message) {
             c = ' ';
         }
     }
-    std::fprintf(stderr, "jukarra-cli: %s\n", line.c_str());
+    PrintError(line);
 }
 
 }  // namespace jk

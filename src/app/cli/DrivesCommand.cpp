@@ -7,7 +7,8 @@
 #include "app/Session.h"
 #include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
-#include "app/cli/SongCommandSupport.h"
+#include "app/cli/CommandArgs.h"
+#include "app/cli/CommandOutput.h"
 #include "platform/Drives.h"
 
 namespace jk {

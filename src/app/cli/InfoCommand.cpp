@@ -9,8 +9,10 @@
 #include "app/Session.h"
 #include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
-#include "app/cli/ListCommandSupport.h"
-#include "app/cli/SongCommandSupport.h"
+#include "app/cli/CommandArgs.h"
+#include "app/cli/CommandOutput.h"
+#include "app/cli/ProgressLine.h"
+#include "app/cli/SongLookupRun.h"
 #include "catalogue/GetSongInfo.h"
 
 namespace jk {

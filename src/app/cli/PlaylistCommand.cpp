@@ -7,8 +7,10 @@
 #include "app/Session.h"
 #include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
-#include "app/cli/ListCommandSupport.h"
-#include "app/cli/SongCommandSupport.h"
+#include "app/cli/CommandArgs.h"
+#include "app/cli/CommandOutput.h"
+#include "app/cli/ProgressLine.h"
+#include "app/cli/SongLookupRun.h"
 #include "browse/CacheScan.h"
 #include "browse/FolderScan.h"
 #include "listing/WalkRules.h"
@@ -47,7 +49,7 @@ int Show(CliContext& context, std::span<const std::string> args) {
     }
     int status = kExitOk;
     if (!read.Ok()) {
-        CliContext::Error(ListErrorLine(listPath, read.error));
+        PrintError(ListErrorLine(listPath, read.error));
         status = kExitFailed;
     }
     const int saved = run.Finish();
@@ -83,13 +85,13 @@ bool AddPath(Session& session, const std::string& path, SongLookupContext& looku
         const ListReadResult read =
             AppendListNow(path, list.Rows, CachedSongSource(lookup), session.Settings.HideGhosts);
         if (!read.Ok()) {
-            CliContext::Error(ListErrorLine(path, read.error));
+            PrintError(ListErrorLine(path, read.error));
             return false;
         }
         return true;
     }
     if (!ScanAddSong(path, list.Rows, session.Settings.FilterMode, lookup)) {
-        CliContext::Error(WhyNotAdded(session, path));
+        PrintError(WhyNotAdded(session, path));
         return false;
     }
     return true;
@@ -121,7 +123,7 @@ int Add(CliContext& context, std::span<const std::string> args) {
     if (StatPath(listPath).exists) {
         const ListReadResult read = OpenList(list, listPath, CachedSongSource(lookup), settings);
         if (!read.Ok()) {
-            CliContext::Error(ListErrorLine(listPath, read.error));
+            PrintError(ListErrorLine(listPath, read.error));
             allAdded = false;
         }
     } else {
@@ -148,7 +150,7 @@ int Add(CliContext& context, std::span<const std::string> args) {
     if (allAdded) {
         const SaveResult saved = SaveList(list, settings, [&listPath] { return listPath; });
         if (saved.outcome == SaveOutcome::Failed) {
-            CliContext::Error(SaveFailedLine(saved.reason));
+            PrintError(SaveFailedLine(saved.reason));
         } else {
             result = kExitOk;
         }

@@ -55,4 +55,8 @@ void ProgressLine::Finish() {
     }
 }
 
+StepProgress ProgressOn(ProgressLine& line) {
+    return [&line](std::int64_t done, std::int64_t total) { return line.Update(done, total); };
+}
+
 }  // namespace jk

@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "app/SessionData.h"
+
 namespace jk {
 
 class ProgressLine {
@@ -33,5 +35,8 @@ private:
     bool m_drawn = false;
     std::chrono::steady_clock::time_point m_lastDraw;
 };
+
+// A progress callable for long work, drawing on `line`.
+StepProgress ProgressOn(ProgressLine& line);
 
 }  // namespace jk

@@ -6,8 +6,11 @@
 #include "app/Session.h"
 #include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
-#include "app/cli/ListCommandSupport.h"
-#include "app/cli/SongCommandSupport.h"
+#include "app/cli/CommandArgs.h"
+#include "app/cli/CommandOutput.h"
+#include "app/cli/InterruptStop.h"
+#include "app/cli/ProgressLine.h"
+#include "app/cli/SongLookupRun.h"
 #include "browse/CacheScan.h"
 #include "browse/FolderScan.h"
 #include "platform/DirectoryListing.h"
@@ -56,7 +59,7 @@ int RunScan(CliContext& context, std::span<const std::string> args) {
     const bool recurse = parsed.Has("--recurse");
     std::string folder = FullPathOf(parsed.operands[0]);
     if (!FolderExists(folder)) {
-        CliContext::Error(folder + ": no such folder");
+        PrintError(folder + ": no such folder");
         return kExitFailed;
     }
 

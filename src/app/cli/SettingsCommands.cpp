@@ -12,6 +12,7 @@
 #include "app/SettingsTable.h"
 #include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
+#include "app/cli/CommandOutput.h"
 
 namespace jk {
 
@@ -45,11 +46,10 @@ int ListSettings(CliContext& context, bool json) {
 int SetSetting(CliContext& context, const std::string& name, const std::string& value) {
     const SettingLookup lookup = FindSetting(name);
     if (lookup.field == nullptr) {
-        CliContext::Error(lookup.candidates.empty()
-                              ? "unknown setting " + name + " (try --help)"
-                              : "setting " + name +
-                                    " is in more than one section; give it as "
-                                    "Section.Key (try --help)");
+        PrintError(lookup.candidates.empty() ? "unknown setting " + name + " (try --help)"
+                                             : "setting " + name +
+                                                   " is in more than one section; give it as "
+                                                   "Section.Key (try --help)");
         return kExitUsage;
     }
     if (!context.AcquireWriteAccess()) {
@@ -61,12 +61,12 @@ int SetSetting(CliContext& context, const std::string& name, const std::string& 
     const bool cacheMustFollow = FlushCacheOnCodepageChange(session, SettingScope::Saved);
     std::string error;
     if (!WriteINI(session.Settings, IniPath(session), &error)) {
-        CliContext::Error("cannot save the settings: " + error);
+        PrintError("cannot save the settings: " + error);
         return kExitFailed;
     }
     if (cacheMustFollow) {
         if (const IoResult saved = SaveSessionCache(session); !saved.ok) {
-            CliContext::Error("cannot save the song cache: " + saved.error);
+            PrintError("cannot save the song cache: " + saved.error);
             return kExitFailed;
         }
     }
@@ -77,7 +77,7 @@ int SetSetting(CliContext& context, const std::string& name, const std::string& 
 int RunSettings(CliContext& context, std::span<const std::string> args) {
     if (!args.empty() && args[0] == "set") {
         if (args.size() != 3) {
-            CliContext::Error("settings set takes SECTION.KEY VALUE (try --help)");
+            PrintError("settings set takes SECTION.KEY VALUE (try --help)");
             return kExitUsage;
         }
         return SetSetting(context, args[1], args[2]);
@@ -87,7 +87,7 @@ int RunSettings(CliContext& context, std::span<const std::string> args) {
         if (arg == "--json") {
             json = true;
         } else {
-            CliContext::Error("settings: unexpected " + arg + " (try --help)");
+            PrintError("settings: unexpected " + arg + " (try --help)");
             return kExitUsage;
         }
     }

@@ -9,8 +9,9 @@
 #include "app/Session.h"
 #include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
-#include "app/cli/ListCommandSupport.h"
-#include "app/cli/SongCommandSupport.h"
+#include "app/cli/CommandArgs.h"
+#include "app/cli/CommandOutput.h"
+#include "app/cli/SongLookupRun.h"
 #include "playback/CachedSongSource.h"
 #include "playback/PlaylistCommands.h"
 #include "playback/ShuffleRandom.h"
@@ -62,7 +63,7 @@ int RunShuffle(CliContext& context, std::span<const std::string> args) {
     PlaylistState& list = session.Playlist;
     const ListReadResult read = OpenList(list, listPath, CachedSongSource(lookup), settings);
     if (!read.Ok()) {
-        CliContext::Error(ListErrorLine(listPath, read.error));
+        PrintError(ListErrorLine(listPath, read.error));
         run.Finish();
         return FinishOutput(kExitFailed);
     }
@@ -81,7 +82,7 @@ int RunShuffle(CliContext& context, std::span<const std::string> args) {
     if (write) {
         const SaveResult saved = SaveList(list, settings, [&listPath] { return listPath; });
         if (saved.outcome == SaveOutcome::Failed) {
-            CliContext::Error(SaveFailedLine(saved.reason));
+            PrintError(SaveFailedLine(saved.reason));
             status = kExitFailed;
         }
     }

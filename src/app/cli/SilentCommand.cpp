@@ -5,7 +5,8 @@
 
 #include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
-#include "app/cli/SongCommandSupport.h"
+#include "app/cli/CommandArgs.h"
+#include "app/cli/CommandOutput.h"
 #include "metadata/SilentFile.h"
 #include "util/StringHelpers.h"
 #include "util/Text.h"
@@ -32,7 +33,7 @@ int RunSilent(CliContext& /*context*/, std::span<const std::string> args) {
     }
     const IoResult made = MakeSilentFileAt(FullPathOf(parsed.operands[0]), size);
     if (!made.ok) {
-        CliContext::Error(made.error);
+        PrintError(made.error);
         return kExitFailed;
     }
     return kExitOk;

@@ -13,7 +13,9 @@
 #include "app/SongTagEdit.h"
 #include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
-#include "app/cli/SongCommandSupport.h"
+#include "app/cli/CommandArgs.h"
+#include "app/cli/CommandOutput.h"
+#include "app/cli/ProgressLine.h"
 #include "catalogue/GetSongInfo.h"
 #include "metadata/SongFileReader.h"
 #include "metadata/TagWriter.h"
@@ -104,7 +106,7 @@ int SetTags(CliContext& context, std::span<const std::string> args) {
         ApplyTrackSuffix(song);
         if (!WriteSongTag(path, EditedSong(std::move(song), changes), page)) {
             progress.Finish();
-            CliContext::Error(TagWriteFailedText(path));
+            PrintError(TagWriteFailedText(path));
             anyFailed = true;
         }
     }
@@ -131,10 +133,10 @@ int StripFileTags(CliContext& context, std::span<const std::string> args) {
             ReportUnreadable(path);
             anyFailed = true;
         } else if (!HasID3Tag(path) && !HasLyrics3Tag(path)) {
-            CliContext::Error(path + " has no tag to strip");
+            PrintError(path + " has no tag to strip");
             anyFailed = true;
         } else if (!StripTags(path)) {
-            CliContext::Error(TagWriteFailedText(path));
+            PrintError(TagWriteFailedText(path));
             anyFailed = true;
         }
     }

@@ -11,6 +11,8 @@
 #include "app/Version.h"
 #include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
+#include "app/cli/CommandArgs.h"
+#include "app/cli/CommandOutput.h"
 #include "platform/DataFolder.h"
 
 namespace {
@@ -18,7 +20,8 @@ namespace {
 using jk::CliContext;
 using jk::kExitFailed;
 using jk::kExitOk;
-using jk::kExitUsage;
+using jk::PrintError;
+using jk::UsageError;
 
 struct GlobalOptions {
     std::string dataDir;
@@ -63,11 +66,6 @@ void PrintCommandHelp(const jk::CliCommand& command) {
     if (!command.details.empty()) {
         std::printf("\n%.*s\n", static_cast<int>(command.details.size()), command.details.data());
     }
-}
-
-int UsageError(const std::string& message) {
-    CliContext::Error(message + " (try --help)");
-    return kExitUsage;
 }
 
 // Parses the options ahead of COMMAND. Returns an empty text, or the usage error.
@@ -190,7 +188,7 @@ int main(int argc, char** argv) {
     }
     const jk::DataFolderResult folder = jk::OpenDataFolder(options.dataDir);
     if (!folder.ok) {
-        CliContext::Error(folder.error);
+        PrintError(folder.error);
         return kExitFailed;
     }
     CliContext context(folder.path, std::move(overrides));

@@ -1,9 +1,8 @@
 #pragma once
 
-// What the song and cache commands share: their argument parsing, the session made ready for
-// song lookups, and their output.
+// A command's arguments: options and operands in any order, the usage error when they are
+// wrong, and what the paths named on the command line stand for.
 
-#include <cstdint>
 #include <initializer_list>
 #include <span>
 #include <string>
@@ -11,12 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/cli/ProgressLine.h"
-
 namespace jk {
-
-class CliContext;
-struct Session;
 
 struct CommandArgs {
     std::vector<std::string> operands;                        // the arguments that are no options
@@ -39,22 +33,11 @@ CommandArgs ParseCommandArgs(std::span<const std::string> args,
 // "jukarra-cli: message (try --help)" on standard error; returns the exit status of bad usage.
 int UsageError(std::string_view message);
 
-// The started session with the cache emptied, and held back from saving, when a --set
-// TagCodepage names another code page than the saved one.
-Session& CacheSession(CliContext& context);
-// The same, with this machine's volume labels for songs read from disk.
-Session& SongSession(CliContext& context);
-
 // A file named on the command line as the full path a song record keeps: blanks at its ends
 // go (as GetSongInfo takes them off), and a relative path is taken from the working folder.
 std::string FullPathOf(std::string_view arg);
 
-// One line on standard output.
-void PrintOut(std::string_view line);
-// The exit status after the output is flushed: kExitFailed when standard output failed.
-int FinishOutput(int status);
-
-// "jukarra-cli: PATH: File non-existant" on standard error.
-void ReportUnreadable(std::string_view path);
+// True for a playlist file named on the command line (".m3u" or ".m3u8", in any case).
+bool IsListFileName(std::string_view path);
 
 }  // namespace jk

@@ -1,16 +1,11 @@
-#include "app/cli/SongCommandSupport.h"
+#include "app/cli/CommandArgs.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
 #include <system_error>
 
-#include "app/CacheCodepage.h"
-#include "app/Session.h"
-#include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
-#include "metadata/SongInfo.h"
-#include "platform/Drives.h"
+#include "app/cli/CommandOutput.h"
 #include "util/Text.h"
 
 namespace jk {
@@ -70,23 +65,8 @@ CommandArgs ParseCommandArgs(std::span<const std::string> args,
 }
 
 int UsageError(std::string_view message) {
-    CliContext::Error(std::string(message) + " (try --help)");
+    PrintError(std::string(message) + " (try --help)");
     return kExitUsage;
-}
-
-Session& CacheSession(CliContext& context) {
-    Session& session = context.StartedSession();
-    // A previous run's start-up did this already; a first run's did not.
-    FlushCacheOnCodepageChange(session, SettingScope::ThisRun);
-    return session;
-}
-
-Session& SongSession(CliContext& context) {
-    Session& session = CacheSession(context);
-    if (!session.VolumeLabelLookup) {
-        session.VolumeLabelLookup = MakeVolumeLabelLookup();
-    }
-    return session;
 }
 
 std::string FullPathOf(std::string_view arg) {
@@ -99,21 +79,9 @@ std::string FullPathOf(std::string_view arg) {
     return error ? path.string() : (here / path).lexically_normal().string();
 }
 
-void PrintOut(std::string_view line) {
-    std::fwrite(line.data(), 1, line.size(), stdout);
-    std::fputc('\n', stdout);
-}
-
-int FinishOutput(int status) {
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        CliContext::Error("cannot write the output");
-        return kExitFailed;
-    }
-    return status;
-}
-
-void ReportUnreadable(std::string_view path) {
-    CliContext::Error(std::string(path) + ": " + std::string(kFileNonExistant));
+bool IsListFileName(std::string_view path) {
+    const std::string lower = AsciiLower(path);
+    return EndsWith(lower, ".m3u") || EndsWith(lower, ".m3u8");
 }
 
 }  // namespace jk

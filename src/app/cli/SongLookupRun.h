@@ -1,16 +1,13 @@
 #pragma once
 
-// What the browsing and playlist commands share: rows of a list pane on standard output,
-// Ctrl-C as a stop between items, and the saving of what song
-// lookups taught the cache (which "info" shares too).
+// The run of song lookups that the commands reading songs share: the session made ready for
+// lookups, and the saving of what they taught the cache.
 
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <string_view>
 
 #include "catalogue/GetSongInfo.h"
-#include "listing/ListRow.h"
 
 namespace jk {
 
@@ -18,26 +15,11 @@ class CliContext;
 class InstanceLock;
 struct Session;
 
-// Exit status of a walk stopped by Ctrl-C: what the shell reports for a program that SIGINT
-// ended, though here the rows so far were printed and the cache saved.
-inline constexpr int kExitInterrupted = 130;
-
-// Rows as tab-separated columns under a header line of the column captions, or, with `json`,
-// as one object a line named by the captions ("Title" ... "Volume").
-void PrintRowHeader(bool json);
-void PrintRow(const ListRow& row, bool json);
-
-// While it lives, the first Ctrl-C only asks the work to stop (a second one ends the program
-// as usual). A program started with SIGINT ignored keeps ignoring it.
-class InterruptStop {
-public:
-    InterruptStop();
-    ~InterruptStop();
-    InterruptStop(const InterruptStop&) = delete;
-    InterruptStop& operator=(const InterruptStop&) = delete;
-
-    bool Requested() const;
-};
+// The started session with the cache emptied, and held back from saving, when a --set
+// TagCodepage names another code page than the saved one.
+Session& CacheSession(CliContext& context);
+// The same, with this machine's volume labels for songs read from disk.
+Session& SongSession(CliContext& context);
 
 // The rule of the commands that read songs: what the lookups added to the cache, and the
 // counters, are saved afterwards, unless the desktop program runs on the data folder (it keeps
@@ -83,14 +65,5 @@ private:
     Session& m_session;
     SongLookupContext m_lookup;
 };
-
-// "Uh-oh... Current playlist could not be saved successfully. (reason)", for one error line.
-std::string SaveFailedLine(std::string_view reason);
-
-// The error of reading the list at `path` as one line that names the list.
-std::string ListErrorLine(std::string_view path, std::string_view error);
-
-// True for a playlist file named on the command line (".m3u" or ".m3u8", in any case).
-bool IsListFileName(std::string_view path);
 
 }  // namespace jk
