@@ -89,6 +89,11 @@ SetupControl InGroup(SetupControl control, std::string_view group) {
     return control;
 }
 
+SetupControl WithHelp(SetupControl control, std::string_view help) {
+    control.help = help;
+    return control;
+}
+
 SetupControl OnSameRow(SetupControl control) {
     control.sameRow = true;
     return control;
@@ -107,15 +112,18 @@ std::vector<SetupControl> BuildControls() {
                       "Automatically load player at Jukarra startup, if necessary.",
                       "AutoLoadPlayer"));
 
-    c.push_back(Check("mIntro", "Check3", "Enable IntroPlay mode", "IntroPlay"));
+    c.push_back(Check("mIntro", "Check3", "Enable IntroPlay mode", "IntroPlay",
+                      "Plays a few seconds of each song in the playlist, one song after "
+                      "another."));
     c.push_back(Number("mIntro", "Text2", "Skip length (seconds):", "IntroSkip"));
     c.push_back(Number("mIntro", "Text3", "Playback time (seconds):", "IntroLength"));
 
-    c.push_back(
-        Check("mDelay", "Check4", "Insert delay between songs (default: disabled)", "Spacer"));
+    c.push_back(Check("mDelay", "Check4", "Insert delay between songs (default: disabled)",
+                      "Spacer", "Plays silence between the songs of each list you play."));
     c.push_back(Number("mDelay", "Text1", "Delay time (seconds):", "Delay"));
 
-    c.push_back(List("mLoading", "Combo12", "Loading mode", "LoadMode", kLoadModes));
+    c.push_back(WithHelp(List("mLoading", "Combo12", "Loading mode", "LoadMode", kLoadModes),
+                         "How a list reaches a player that is already running."));
     c.push_back(Number("mLoading", "Text5", "When loading more than", "HighLoad", "song(s), use:"));
     c.push_back(OnSameRow(List("mLoading", "Combo14", {}, "HighLoadMode", kLoadModes)));
 
@@ -125,8 +133,8 @@ std::vector<SetupControl> BuildControls() {
                          "Enhanced shuffle: reduces chance that the same artists are played "
                          "back-to-back"},
                         {1, 0}, 1));
-    c.push_back(
-        Check("mSystem", "Check2", "Automatically minimize on Play/Jukarra", "AutoMinimize"));
+    c.push_back(Check("mSystem", "Check2", "Automatically minimize on Play/Jukarra", "AutoMinimize",
+                      "Moves Jukarra out of the way once a list starts playing."));
 
     c.push_back(Check("mPlaylist", "Check1", "Remember last playlist", "RememberList",
                       "Saves the playlist automatically to a file for immediate access at the "
@@ -140,9 +148,11 @@ std::vector<SetupControl> BuildControls() {
 
     c.push_back(List("mCache", "Combo6", "Cache size", "MaxCache",
                      {"None", "50", "100", "250", "500", "1000", "2500", "Infinity"}));
-    c.push_back(List("mCache", "Combo7", "Cached tags expire", "ExpireMode",
-                     {"Never", "after 3 days", "after 1 week", "after 3 weeks", "after 45 days",
-                      "after 90 days"}));
+    c.push_back(WithHelp(List("mCache", "Combo7", "Cached tags expire", "ExpireMode",
+                              {"Never", "after 3 days", "after 1 week", "after 3 weeks",
+                               "after 45 days", "after 90 days"}),
+                         "The cache keeps each song's tags, so that a folder opens quickly "
+                         "the next time; a song not seen for this long is read afresh."));
 
     c.push_back(Check("mShutdown", "Check7", "Never ask to save playlist at shutdown", "NeverAsk",
                       "Enable this option to speed up the program's shutdown process."));

@@ -104,7 +104,9 @@ SetupControlWidgets::Widgets SetupControlWidgets::MakeWidgets(const SetupControl
         case SetupControlKind::TextList:
             widgets.list = new QComboBox(parent);
             widgets.list->setObjectName(name);
-            widgets.list->setMinimumWidth(220);
+            if (!control.sameRow) {
+                widgets.list->setMinimumWidth(220);  // the lists of a page line up
+            }
             for (const std::string_view item : control.items) {
                 widgets.list->addItem(ToQString(item));
             }
