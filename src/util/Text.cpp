@@ -28,8 +28,10 @@ std::string_view Trim(std::string_view text) {
 
 namespace {
 
+// The characters the language's Val passes over: blanks, tabs and line feeds. A carriage
+// return ends the number like any other character.
 bool IsValSpace(char c) {
-    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+    return c == ' ' || c == '\t' || c == '\n';
 }
 
 double ValRadix(std::string_view text, std::size_t pos, int radix) {

@@ -16,9 +16,9 @@ std::string_view Trim(std::string_view text);
 std::string_view LTrim(std::string_view text);
 std::string_view RTrim(std::string_view text);
 
-// The numeric value of a text: blanks (and tabs and line feeds) skipped, an optional sign,
-// digits with one decimal point and an exponent, or "&H" / "&O" prefixed integers. Reading
-// stops at the first other character; 0 when no number starts the text.
+// The numeric value of a text: blanks, tabs and line feeds skipped (a carriage return is not),
+// an optional sign, digits with one decimal point and an exponent, or "&H" / "&O" prefixed
+// integers. Reading stops at the first other character; 0 when no number starts the text.
 double Val(std::string_view text);
 
 // Round half to even, as integer conversions of the original language do.

@@ -11,10 +11,40 @@ TEST(ValTest, ReadsTheLeadingNumberOfAText) {
         const char* text;
         double value;
     } cases[] = {
-        {"", 0},        {"abc", 0},     {"  42", 42}, {"42abc", 42}, {"-7", -7},    {"+3", 3},
-        {"1.5", 1.5},   {"1.5.3", 1.5}, {"1 2", 12},  {"1e3", 1000}, {"2E-1", 0.2}, {"&HFF", 255},
-        {"&hFFFF", -1}, {"&O17", 15},   {"1.0", 1},   {".5", 0.5},   {"-", 0},      {"\t 9", 9},
-        {"12e", 12},    {"0x10", 0},    {"&O78", 7},  {"&O1a", 1},   {"&HaG", 10},
+        {"", 0},
+        {"abc", 0},
+        {"  42", 42},
+        {"42abc", 42},
+        {"-7", -7},
+        {"+3", 3},
+        {"1.5", 1.5},
+        {"1.5.3", 1.5},
+        {"1 2", 12},
+        {"1e3", 1000},
+        {"2E-1", 0.2},
+        {"&HFF", 255},
+        {"&hFFFF", -1},
+        {"&O17", 15},
+        {"1.0", 1},
+        {".5", 0.5},
+        {"-", 0},
+        {"\t 9", 9},
+        {"12e", 12},
+        {"0x10", 0},
+        {"&O78", 7},
+        {"&O1a", 1},
+        {"&HaG", 10},
+        // Blanks, tabs and line feeds are passed over, before and inside the number; a
+        // carriage return stops it like any other character.
+        {"\n\t 5", 5},
+        {"1\n2", 12},
+        {"1\t2", 12},
+        {"\r5", 0},
+        {"1\r2", 1},
+        {"-\r3", 0},
+        {"&H\r1", 0},
+        {"&H1\r2", 1},
+        {"&H1 2", 18},
     };
     for (const auto& c : cases) {
         EXPECT_DOUBLE_EQ(Val(c.text), c.value) << c.text;
