@@ -46,7 +46,8 @@ std::string_view DrivePart(std::string_view path) {
     if (path.empty() || path.front() != kSep) {
         return path.substr(0, 0);
     }
-    // Mount roots of removable media: prefix and the number of components below it.
+    // The mount roots of removable media: a prefix and the number of names below it. The path
+    // must go on below the root: "/mnt/song.mp3" is a file on "/", not a drive.
     struct Root {
         std::string_view prefix;
         int depth;
@@ -58,26 +59,14 @@ std::string_view DrivePart(std::string_view path) {
             continue;
         }
         std::size_t end = root.prefix.size();
-        int found = 0;
-        while (found < root.depth && end < path.size()) {
+        for (int found = 0; found < root.depth; ++found) {
             const std::size_t slash = path.find(kSep, end);
-            const std::size_t stop = slash == std::string_view::npos ? path.size() : slash;
-            if (stop == end) {
-                break;  // an empty component: not a mount root of this form
+            if (slash == std::string_view::npos || slash == end) {
+                return path.substr(0, 1);  // a name missing, or nothing below the root
             }
-            ++found;
-            end = stop;
-            if (found < root.depth) {
-                ++end;
-            }
+            end = slash + 1;
         }
-        if (found == root.depth) {
-            return path.substr(0, end);
-        }
-        // "/media/NAME" with no user folder is a mount root of its own on some systems.
-        if (root.prefix == "/media/" && found == 1) {
-            return path.substr(0, end);
-        }
+        return path.substr(0, end - 1);
     }
     return path.substr(0, 1);
 }

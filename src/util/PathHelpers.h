@@ -22,7 +22,9 @@ std::string_view TopFolder(std::string_view path);
 // Cut from the last "."; a name with no dot, or whose only dot is its first character, stays.
 std::string_view StripExtension(std::string_view name);
 // The drive part of a path: "d:" for the older Windows form, else the mount root of a removable
-// medium ("/media/USER/NAME", "/run/media/USER/NAME", "/mnt/NAME", "/Volumes/NAME"), else "/".
+// medium that the path lies below ("/media/USER/NAME", "/run/media/USER/NAME", "/mnt/NAME",
+// "/Volumes/NAME"), else "/". Only those forms are mount roots: "/media/song.mp3",
+// "/mnt/song.mp3" and "/media/USER/NAME" itself lie on "/".
 std::string_view DrivePart(std::string_view path);
 // The part behind the drive, always beginning with "/".
 std::string RelativeRoot(std::string_view path);

@@ -31,9 +31,19 @@ TEST(MakeRelativePath, WritesSongsRelativeToTheListWhereTheyShareItsDrive) {
         {"/lists/AC\\DC.mp3", "/lists/a.m3u", "/lists/AC\\DC.mp3"},
         {"/lists/file:/x.mp3", "/lists/a.m3u", "/lists/file:/x.mp3"},
         {"/lists/c:/x.mp3", "/lists/a.m3u", "/lists/c:/x.mp3"},
+        // A song directly under a mount folder lies on "/", as a list in the home folder does.
+        {"/media/song.mp3", "/home/me/list.m3u", "../../media/song.mp3"},
+        {"/mnt/song.mp3", "/home/me/list.m3u", "../../mnt/song.mp3"},
+        {"/Volumes/a.mp3", "/home/me/list.m3u", "../../Volumes/a.mp3"},
+        {"/run/media/x.mp3", "/home/me/list.m3u", "../../run/media/x.mp3"},
+        {"/mnt/Disc/a.mp3", "/home/me/list.m3u", "/mnt/Disc/a.mp3"},  // on a drive of its own
+        {"/media/song.mp3", "/media/list.m3u", "song.mp3"},
     };
     for (const auto& [path, list, expected] : cases) {
         EXPECT_EQ(MakeRelativePath(path, list, true).path, expected) << path << " in " << list;
+        if (path.starts_with('/')) {
+            EXPECT_EQ(ResolveListPath(MakeRelativePath(path, list, true).path, list).path, path);
+        }
         EXPECT_EQ(MakeRelativePath(path, list, false).path, path);
     }
 }

@@ -40,6 +40,21 @@ TEST(PathHelpersTest, DrivePartIsTheMountRootOfRemovableMedia) {
         {"/home/ann/Music/a.mp3", "/", "/home/ann/Music/a.mp3"},
         {"/media/", "/", "/media/"},
         {"/", "/", "/"},
+        // Only the four forms are mount roots, and only with the path going on below them.
+        {"/media/song.mp3", "/", "/media/song.mp3"},
+        {"/media/u/Disc/a.mp3", "/media/u/Disc", "/a.mp3"},
+        {"/media/u/a.mp3", "/", "/media/u/a.mp3"},
+        {"/media/u/Disc/", "/media/u/Disc", "/"},
+        {"/run/media/u/X/b.mp3", "/run/media/u/X", "/b.mp3"},
+        {"/run/media/x.mp3", "/", "/run/media/x.mp3"},
+        {"/run/media/u/x.mp3", "/", "/run/media/u/x.mp3"},
+        {"/mnt/song.mp3", "/", "/mnt/song.mp3"},
+        {"/mnt/Disc/a.mp3", "/mnt/Disc", "/a.mp3"},
+        {"/mnt//a.mp3", "/", "/mnt//a.mp3"},
+        {"/Volumes/V/a.mp3", "/Volumes/V", "/a.mp3"},
+        {"/Volumes/a.mp3", "/", "/Volumes/a.mp3"},
+        {"/media", "/", "/media"},
+        {"d:\\old\\x.mp3", "d:", "\\old\\x.mp3"},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(DrivePart(c.path), c.drive) << c.path;
