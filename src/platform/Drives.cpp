@@ -240,6 +240,14 @@ DriveList DrivesFrom(const DriveSources& sources) {
         drive.Device = DeviceNumberOf(mount->Major, mount->Minor);
         drives.push_back(std::move(drive));
     }
+    if (drives.empty() || drives.front().Root != "/") {
+        DriveRoot root;
+        root.Root = "/";
+        root.Text = root.Root;
+        root.Type = kDriveFixed;
+        root.Device = sources.RootDevice;
+        drives.insert(drives.begin(), std::move(root));
+    }
     if (!sources.Home.empty()) {
         DriveRoot home;
         home.Root = sources.Home;
@@ -277,9 +285,9 @@ std::string HomeFolder() {
     return {};
 }
 
-std::vector<MountEntry> ReadMountTable() {
+std::vector<MountEntry> ReadMountTable(const std::string& mountInfo) {
     // A file of the kernel's reports no size and may come in pieces: read to the end.
-    ReadFile file("/proc/self/mountinfo");
+    ReadFile file(mountInfo);
     if (!file.IsOpen()) {
         return {};
     }
@@ -297,9 +305,13 @@ std::vector<MountEntry> ReadMountTable() {
     return ParseMountInfo(text);
 }
 
-DriveList ListDrives() {
+DriveList ListDrives(const std::string& mountInfo) {
     DriveSources sources;
-    sources.Mounts = ReadMountTable();
+    sources.Mounts = ReadMountTable(mountInfo);
+    struct stat root {};
+    if (::stat("/", &root) == 0) {
+        sources.RootDevice = static_cast<std::uint64_t>(root.st_dev);
+    }
     sources.Probe = ProbeMount;
     auto labels =
         std::make_shared<std::unordered_map<std::string, std::string>>(ReadVolumeLabels());

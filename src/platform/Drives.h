@@ -65,18 +65,23 @@ struct DriveSources {
     std::function<BlockFacts(const MountEntry&)> Probe;     // sysfs facts of a mount
     std::function<std::string(const MountEntry&)> LabelOf;  // the filesystem's label, or ""
     std::string Home;                                       // "" for no home root
+    std::uint64_t RootDevice = 0;  // the device of "/", for a table that does not show it
 };
 
 // The drive roots: "/" first, then the other browsable mounts by mount point, each shown once
 // (a second mount of a filesystem that is already visible is left out), then the home folder
-// as a shortcut.
+// as a shortcut. "/" is there whatever the table shows: in a chroot, a container or under a
+// restricted /proc the table may have no mount at "/", or be empty.
 DriveList DrivesFrom(const DriveSources& sources);
 
-// This machine's mount table, from /proc/self/mountinfo.
-std::vector<MountEntry> ReadMountTable();
+inline constexpr std::string_view kMountInfoPath = "/proc/self/mountinfo";
 
-// The drives from this machine's mount table.
-DriveList ListDrives();
+// This machine's mount table, from /proc/self/mountinfo (or another file of its form); empty
+// when it can't be read.
+std::vector<MountEntry> ReadMountTable(const std::string& mountInfo = std::string(kMountInfoPath));
+
+// The drives from this machine's mount table (or the given one) and its sysfs and labels.
+DriveList ListDrives(const std::string& mountInfo = std::string(kMountInfoPath));
 // The roots alone.
 std::vector<std::string> VBGetLogicalDriveStrings();
 // The type number of a root: 0 when no drive has that root.

@@ -152,6 +152,37 @@ TEST(DrivesFrom, KeepsOnlyTheTopMountOfAMountPoint) {
     EXPECT_EQ(drives[1].Type, kDriveNetwork);
 }
 
+TEST(DrivesFrom, RootIsFirstEvenWhenTheTableDoesNotShowIt) {
+    // A chroot's table: the host's mounts lie outside it, and nothing is mounted at "/".
+    constexpr const char* kChroot =
+        "60 59 0:5 / /proc rw - proc proc rw\n"
+        "61 59 8:17 / /data rw - ext4 /dev/sdb1 rw\n";
+    for (const char* table : {kChroot, "", "garbage\n"}) {
+        DriveSources sources;
+        sources.Mounts = ParseMountInfo(table);
+        sources.Home = "/root";
+        sources.RootDevice = DeviceNumberOf(8, 1);
+        const DriveList drives = DrivesFrom(sources);
+        ASSERT_GE(drives.size(), 2u) << table;
+        EXPECT_EQ(drives.front().Root, "/") << table;
+        EXPECT_EQ(drives.front().Text, "/");
+        EXPECT_EQ(drives.front().Label, "");
+        EXPECT_EQ(drives.front().Type, kDriveFixed);
+        EXPECT_EQ(drives.front().Device, DeviceNumberOf(8, 1));
+        EXPECT_FALSE(drives.front().HomeShortcut);
+        EXPECT_TRUE(drives.back().HomeShortcut);
+        EXPECT_EQ(drives.back().Type, kDriveFixed);
+        EXPECT_EQ(drives.back().Device, DeviceNumberOf(8, 1));  // the home lies on "/"
+    }
+    DriveSources chroot;
+    chroot.Mounts = ParseMountInfo(kChroot);
+    Names roots;
+    for (const DriveRoot& d : DrivesFrom(chroot)) {
+        roots.push_back(d.Root);
+    }
+    EXPECT_EQ(roots, (Names{"/", "/data"}));
+}
+
 class TempTree {
 public:
     TempTree() {
@@ -258,6 +289,26 @@ TEST(VolumeLabelLookup, FindsTheFilesystemByDeviceThroughALinkedFolder) {
     const auto lookup = MakeVolumeLabelLookup(
         {root, disk, other}, [](const MountEntry& m) { return m.Major == 4000 ? "OTHER" : ""; });
     EXPECT_EQ(lookup((tree.Root() / "link/song.mp3").string()), "disk");
+}
+
+TEST(ListDrives, RootIsFirstWhateverTheMountTableFileHolds) {
+    TempTree tree;
+    tree.Write("chroot", "61 59 8:17 / /data rw - ext4 /dev/sdb1 rw\n");
+    tree.Write("empty", "");
+    tree.Make("a-folder");
+    struct stat root {};
+    ASSERT_EQ(::stat("/", &root), 0);
+    for (const char* table : {"chroot", "empty", "a-folder", "missing"}) {
+        const DriveList drives = ListDrives((tree.Root() / table).string());
+        ASSERT_FALSE(drives.empty()) << table;
+        EXPECT_EQ(drives.front().Root, "/") << table;
+        EXPECT_EQ(drives.front().Type, kDriveFixed) << table;
+        EXPECT_EQ(drives.front().Device, static_cast<std::uint64_t>(root.st_dev)) << table;
+        if (!HomeFolder().empty()) {
+            EXPECT_TRUE(drives.back().HomeShortcut) << table;
+            EXPECT_EQ(drives.size(), std::string(table) == "chroot" ? 3u : 2u) << table;
+        }
+    }
 }
 
 TEST(ListDrives, AlwaysHasTheRootAndTheHomeShortcut) {
