@@ -68,9 +68,12 @@ def expected_for(path):
     for field, frame_id in (("Title", "TIT2"), ("Artist", "TPE1"), ("Album", "TALB")):
         expected[field] = merged(v1[field], first_text(tags, frame_id))
     if tags is not None:
+        # The comment without a description, else the first that is not iTunes' own.
         comments = tags.getall("COMM")
-        if comments and id3v1_texts(path) is None:
-            expected["Comment"] = str(comments[0].text[0]) if comments[0].text else ""
+        chosen = [c for c in comments if c.desc == ""] or [
+            c for c in comments if not c.desc.startswith("iTun")]
+        if chosen and id3v1_texts(path) is None:
+            expected["Comment"] = str(chosen[0].text[0]) if chosen[0].text else ""
         year = first_text(tags, "TDRC")
         if year and id3v1_texts(path) is None:
             expected["Year"] = year[:4]

@@ -386,8 +386,19 @@ private:
             if (comment == nullptr) {
                 return false;
             }
-            texts.Comment = CleanText(comment->text());
-            return true;
+            // Players keep data of their own in described comments (iTunes' "iTunNORM" loudness
+            // table, "iTunSMPB", "iTunPGAP"); the comment a user wrote has no description. Until
+            // one without turns up, the first that is not iTunes' own stands in.
+            const TagLib::String description = comment->description();
+            if (description.isEmpty()) {
+                texts.Comment = CleanText(comment->text());
+                return true;
+            }
+            if (!m_describedComment && !description.startsWith("iTun")) {
+                texts.Comment = CleanText(comment->text());
+                m_describedComment = true;
+            }
+            return false;
         }
         const auto* text = dynamic_cast<const TagLib::ID3v2::TextIdentificationFrame*>(frame.get());
         if (text == nullptr) {
@@ -446,6 +457,7 @@ private:
     ByteView m_header;
     std::optional<TagLib::ID3v2::Header> m_tagHeader;
     bool m_plainReading;
+    bool m_describedComment = false;  // a described comment stands in for a plain one
 };
 
 // Undoes the unsynchronisation of a whole tag: every 0xFF 0x00 loses its 0x00.

@@ -17,7 +17,8 @@ struct ID3v2Texts {
     std::string Title;       // TIT2 / TT2
     std::string Artist;      // TPE1 / TP1
     std::string Album;       // TALB / TAL
-    std::string Comment;     // the first COMM / COM
+    std::string Comment;     // the COMM / COM without a description, else the first whose
+                             // description does not begin with "iTun"
     std::string Year;        // TYER / TYE, or the year of TDRC
     std::string Genre;       // TCON / TCO, references through the genre table
     std::int16_t Track = 0;  // TRCK / TRK up to its "/"

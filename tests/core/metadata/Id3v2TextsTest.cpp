@@ -58,9 +58,42 @@ TEST(ReadID3v2Texts, ReadsVersion23InEveryEncoding) {
     EXPECT_EQ(texts.Artist, "\xC3\x85sa");
     EXPECT_EQ(texts.Album, "Big");
     EXPECT_EQ(texts.Year, "1987");
-    EXPECT_EQ(texts.Comment, "Nice");  // the first COMM
+    EXPECT_EQ(texts.Comment, "Nice");  // the COMM without a description
     EXPECT_EQ(texts.Track, 3);
     EXPECT_EQ(texts.Genre, "Rock");
+}
+
+TEST(ReadID3v2Texts, TakesTheCommentAUserWroteOverThePlayersOwn) {
+    const std::string norm = Frame23(
+        "COMM", Comment("iTunNORM", " 80000000 00000000 00000000 00000000 00000000 00000000"));
+    const std::string smpb = Frame23("COMM", Comment("iTunSMPB", " 00000000 00000210 000007E0"));
+    const std::string pgap = Frame23("COMM", Comment("iTunPGAP", "0"));
+    const struct {
+        const char* what;
+        std::string frames;
+        const char* comment;
+    } cases[] = {
+        {"iTunes' three, then a plain one",
+         norm + smpb + pgap + Frame23("COMM", Comment("", "Mine")), "Mine"},
+        {"only iTunes' own", norm + smpb + pgap, ""},
+        {"a described one stands in", norm + Frame23("COMM", Comment("Notes", "Liner")) + pgap,
+         "Liner"},
+        {"the first described one",
+         Frame23("COMM", Comment("A", "First")) + Frame23("COMM", Comment("B", "Second")), "First"},
+        {"a plain one behind a described one",
+         Frame23("COMM", Comment("Notes", "Liner")) + norm + Frame23("COMM", Comment("", "Mine")),
+         "Mine"},
+        {"the first plain one",
+         Frame23("COMM", Comment("", "One")) + Frame23("COMM", Comment("", "Two")), "One"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(TextsOf(Id3v2Tag(3, c.frames, 16)).Comment, c.comment) << c.what;
+        EXPECT_EQ(TextsOf(Id3v2Tag(4, c.frames, 16)).Comment, c.comment) << c.what << " (2.4)";
+    }
+    // ID3v2.2's COM frames follow the same rule.
+    const std::string v22 =
+        Frame22("COM", Comment("iTunNORM", " 80000000")) + Frame22("COM", Comment("", "Old"));
+    EXPECT_EQ(TextsOf(Id3v2Tag(2, v22, 8)).Comment, "Old");
 }
 
 TEST(ReadID3v2Texts, ReadsVersion24WithUtf8AndRecordingTime) {
