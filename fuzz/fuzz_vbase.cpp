@@ -27,7 +27,7 @@ std::string SavedBytes(const jk::SongCache& cache) {
 bool FitsAField(const jk::SongCache& cache) {
     for (std::int64_t i = 1; i <= cache.UpperBound(); ++i) {
         for (const std::string_view field : cache.Slot(i).Fields()) {
-            if (field.size() > jk::kVBaseMaxField) {
+            if (!jk::FitsVBaseField(field)) {
                 return false;
             }
         }

@@ -13,6 +13,8 @@ namespace {
 
 constexpr std::size_t kChunkBytes = std::size_t{4} << 20;
 
+constexpr char kEscapedMark = '\0';
+
 std::size_t FieldBytes(std::string_view text) {
     if (text.size() <= kVBaseMaxField) {
         return text.size();
@@ -24,6 +26,15 @@ std::size_t FieldBytes(std::string_view text) {
             break;
         }
         --cut;
+    }
+    // Nor inside an escape: every "%" of an escaped text begins one.
+    if (!text.empty() && text.front() == kEscapedMark) {
+        for (std::size_t back = 1; back <= 2 && back <= cut; ++back) {
+            if (text[cut - back] == '%') {
+                cut -= back;
+                break;
+            }
+        }
     }
     return cut;
 }
@@ -44,6 +55,54 @@ bool IsAscii(std::string_view text) {
         }
     }
     return true;
+}
+
+// The escaped form of a text that is not valid UTF-8 or begins with the mark, into `scratch`;
+// any other text as it stands.
+std::string_view FieldForFile(std::string_view text, std::string& scratch) {
+    if ((text.empty() || text.front() != kEscapedMark) && (IsAscii(text) || IsValidUtf8(text))) {
+        return text;
+    }
+    static constexpr char kHex[] = "0123456789ABCDEF";
+    scratch.assign(1, kEscapedMark);
+    std::size_t pos = 0;
+    while (pos < text.size()) {
+        const auto byte = static_cast<unsigned char>(text[pos]);
+        const std::size_t before = pos;
+        if (byte < 0x80) {
+            ++pos;
+        } else {
+            DecodeUtf8At(text, pos);
+        }
+        // A byte that decodes to nothing but itself, with the high bit set, is a stray byte.
+        const bool stray = byte >= 0x80 && pos == before + 1;
+        if (stray || byte == '%') {
+            scratch.push_back('%');
+            scratch.push_back(kHex[byte >> 4]);
+            scratch.push_back(kHex[byte & 0x0F]);
+        } else {
+            scratch.append(text.substr(before, pos - before));
+        }
+    }
+    return scratch;
+}
+
+// The bytes of an escaped text (the mark first); a "%" without two hex digits behind it stands
+// for itself.
+std::string UnescapedField(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    for (std::size_t i = 1; i < text.size(); ++i) {
+        if (text[i] == '%' && i + 2 < text.size() && HexDigitValue(text[i + 1]) >= 0 &&
+            HexDigitValue(text[i + 2]) >= 0) {
+            out.push_back(
+                static_cast<char>(HexDigitValue(text[i + 1]) * 16 + HexDigitValue(text[i + 2])));
+            i += 2;
+        } else {
+            out.push_back(text[i]);
+        }
+    }
+    return out;
 }
 
 // Text of a whole number, as the language prints it.
@@ -69,10 +128,17 @@ void AppendVBaseHeader(std::string& out, std::string_view version, std::int64_t 
 }
 
 void AppendVBaseField(std::string& out, std::string_view text) {
+    std::string scratch;
+    text = FieldForFile(text, scratch);
     const std::size_t bytes = FieldBytes(text);
     out.push_back(static_cast<char>((bytes >> 8) & 0xFF));
     out.push_back(static_cast<char>(bytes & 0xFF));
     out.append(text.data(), bytes);
+}
+
+bool FitsVBaseField(std::string_view text) {
+    std::string scratch;
+    return FieldForFile(text, scratch).size() <= kVBaseMaxField;
 }
 
 void AppendVBaseRecord(std::string& out, const SongFieldViews& fields) {
@@ -82,7 +148,9 @@ void AppendVBaseRecord(std::string& out, const SongFieldViews& fields) {
 }
 
 char* WriteVBaseRecord(char* out, const SongFieldViews& fields) {
-    for (const std::string_view field : fields) {
+    std::string scratch;
+    for (std::string_view field : fields) {
+        field = FieldForFile(field, scratch);
         const std::size_t bytes = FieldBytes(field);
         *out++ = static_cast<char>((bytes >> 8) & 0xFF);
         *out++ = static_cast<char>(bytes & 0xFF);
@@ -96,8 +164,9 @@ char* WriteVBaseRecord(char* out, const SongFieldViews& fields) {
 
 std::size_t VBaseRecordBytes(const SongFieldViews& fields) {
     std::size_t total = 0;
+    std::string scratch;
     for (const std::string_view field : fields) {
-        total += 2 + FieldBytes(field);
+        total += 2 + FieldBytes(FieldForFile(field, scratch));
     }
     return total;
 }
@@ -230,7 +299,12 @@ std::string_view DataFileText(std::string_view bytes, std::string& scratch) {
 
 const SongFieldViews& VBaseFieldDecoder::Decode(const SongFieldViews& raw) {
     for (std::size_t i = 0; i < raw.size(); ++i) {
-        m_out[i] = DataFileText(Trim(raw[i]), m_scratch[i]);
+        if (!raw[i].empty() && raw[i].front() == kEscapedMark) {
+            m_scratch[i] = UnescapedField(raw[i]);
+            m_out[i] = Trim(m_scratch[i]);
+        } else {
+            m_out[i] = DataFileText(Trim(raw[i]), m_scratch[i]);
+        }
     }
     // Bitrate: the number of its text, padded on the left to width 4 ("128" gives " 128").
     std::string& bitrate = m_scratch[kKeyBitrate - 1];

@@ -8,6 +8,13 @@
 //   byte 21 on   the records back to back; a field is a 2-byte big-endian length and as many
 //                bytes of UTF-8 text; 13 fields a record in key order (Title first, LastUsed
 //                last). No terminator, checksum or padding.
+//
+// A text that is not valid UTF-8 (a file name made in another encoding, which a record keeps
+// byte for byte) is written in an escaped form that is UTF-8 itself: a NUL, then the text with
+// each byte that is not part of a UTF-8 character, and each "%", as "%" and two upper-case hex
+// digits ("caf\xE9.mp3" is written "\0caf%E9.mp3"). No kept text begins with NUL (one that
+// does is escaped too), so the form is told apart from a text of an older installation in a
+// Windows code page, which is still read as windows-1252, and the bytes come back exactly.
 
 #include <cstddef>
 #include <cstdint>
@@ -27,8 +34,11 @@ inline constexpr std::size_t kVBaseMaxField = 65535;
 
 // Writing.
 void AppendVBaseHeader(std::string& out, std::string_view version, std::int64_t recordCount);
-// A text longer than 65535 bytes is cut there, or a little before so as not to split a character.
+// A text longer than 65535 bytes (in its escaped form where it takes one) is cut there, or a
+// little before so as not to split a character or an escape.
 void AppendVBaseField(std::string& out, std::string_view text);
+// True when a text is written whole, not cut.
+bool FitsVBaseField(std::string_view text);
 void AppendVBaseRecord(std::string& out, const SongFieldViews& fields);
 // The bytes AppendVBaseRecord adds for these fields.
 std::size_t VBaseRecordBytes(const SongFieldViews& fields);
@@ -85,8 +95,9 @@ bool ReadVBaseRecord(VBaseInput& input, std::int64_t fieldCount, SongFieldViews&
 // The most records an input could hold after its header: each field takes 2 bytes at least.
 std::int64_t MaxVBaseRecords(const VBaseInput& input, std::int64_t fieldCount);
 
-// Field texts as the readers keep them: trimmed of blanks, read as windows-1252 when they are
-// not UTF-8, and Bitrate through its number, padded on the left with blanks to width 4.
+// Field texts as the readers keep them: an escaped text back to its bytes, trimmed of blanks,
+// read as windows-1252 when they are not UTF-8, and Bitrate through its number, padded on the
+// left with blanks to width 4.
 class VBaseFieldDecoder {
 public:
     // The views hold until the next call.

@@ -11,6 +11,7 @@
 
 #include "CatalogueTestSupport.h"
 #include "catalogue/SongCache.h"
+#include "catalogue/VBaseFile.h"
 #include "util/TimeHelpers.h"
 
 namespace jk {
@@ -112,6 +113,28 @@ TEST_F(GetSongInfoTest, AHitServesTheSlotWithoutReadingTheFile) {
     EXPECT_EQ(m_cache.UpperBound(), 1);
     EXPECT_EQ(m_total, 2);
     EXPECT_EQ(m_hits, 1);
+}
+
+TEST_F(GetSongInfoTest, ANameThatIsNotUtf8IsAHitAgainAfterTheCacheIsSavedAndLoaded) {
+    // A name made in another encoding: a lone 0xE9, a stray 0x80, and a "%" as well.
+    const std::string path = m_folder.File("Caf\xE9 \x80 100%.MP3");
+    WriteSong(path, "");
+    Get(path);
+    const SongInfo stored = m_cache.Record(1);
+    EXPECT_EQ(stored.Path, "caf\xE9 \x80 100%.mp3");
+    EXPECT_EQ(stored.Title, "Caf\xE9 \x80 100%");  // an empty title is the name
+    for (int listing = 0; listing < 2; ++listing) {
+        ASSERT_TRUE(SaveCache(m_cache, m_folder.Path()).ok);
+        SongCache loaded;
+        LoadCache(loaded, m_folder.Path());
+        m_cache = std::move(loaded);
+        EXPECT_EQ(m_cache.Record(1).Path, stored.Path);
+        EXPECT_EQ(m_cache.Record(1).Title, stored.Title);
+        const SongInfo hit = Get(path);
+        EXPECT_EQ(hit.Path, path);
+        EXPECT_EQ(m_hits, listing + 1);
+        EXPECT_EQ(m_cache.UpperBound(), 1);
+    }
 }
 
 TEST_F(GetSongInfoTest, AStaleSlotCountsAsAHitAndIsReadAgain) {

@@ -8,6 +8,8 @@
 
 #include "CatalogueTestSupport.h"
 #include "catalogue/SongCache.h"
+#include "catalogue/VBaseFormat.h"
+#include "util/Utf8.h"
 
 namespace jk {
 namespace {
@@ -151,6 +153,51 @@ TEST(LoadVBase, AFieldThatIsNotUtf8IsReadAsWindows1252) {
     EXPECT_EQ(cache.Record(1).Title, "Caf\xC3\xA9 \xE2\x82\xAC");
     EXPECT_EQ(cache.Record(1).Artist, "Caf\xC3\xA9");
     EXPECT_EQ(cache.Record(1).Album, "\xC3\x83");
+}
+
+TEST(SaveVBase, ATextThatIsNotUtf8IsWrittenEscapedAndReadBackByteForByte) {
+    std::vector<SongInfo> songs(1);
+    songs[0].Path = "caf\xE9 100%.mp3";     // a name in another encoding
+    songs[0].Title = "\xC3\xA9t\xE9 \xC3";  // UTF-8, a stray byte, a cut sequence
+    songs[0].Artist = "100% \xC3\xA9";      // UTF-8 with a "%": as it stands
+    songs[0].Album = "\0lead"s;             // a NUL at the front would read as the mark
+    songs[0].Volume = " \xFF ";             // trimmed on reading, as every field
+    const std::vector<SongInfo> saved = songs;
+    TempFolder folder;
+    const std::string path = folder.File("cache.dat");
+    ASSERT_TRUE(SaveVBase(path, songs).ok);
+    const std::string bytes = ReadBytes(path);
+    EXPECT_NE(bytes.find(Field("\0caf%E9 100%25.mp3"s)), std::string::npos);
+    EXPECT_NE(bytes.find(Field("\0\xC3\xA9t%E9 %C3"s)), std::string::npos);
+    EXPECT_NE(bytes.find(Field("100% \xC3\xA9")), std::string::npos);
+    EXPECT_NE(bytes.find(Field("\0\0lead"s)), std::string::npos);
+    EXPECT_TRUE(IsValidUtf8(bytes));
+
+    std::vector<SongInfo> loaded;
+    ASSERT_TRUE(LoadVBase(path, loaded));
+    ASSERT_EQ(loaded.size(), 1u);
+    EXPECT_EQ(loaded[0].Path, saved[0].Path);
+    EXPECT_EQ(loaded[0].Title, saved[0].Title);
+    EXPECT_EQ(loaded[0].Artist, saved[0].Artist);
+    EXPECT_EQ(loaded[0].Album, saved[0].Album);
+    EXPECT_EQ(loaded[0].Volume, "\xFF");
+
+    // A long escaped text is cut ahead of the escape that would straddle the cut.
+    songs.assign(1, SongInfo{});
+    songs[0].Genre = std::string(21845, '\xFF');  // escaped: 1 + 3 * 21845 = 65536 bytes
+    EXPECT_FALSE(FitsVBaseField(songs[0].Genre));
+    EXPECT_TRUE(FitsVBaseField(std::string(21844, '\xFF')));
+    ASSERT_TRUE(SaveVBase(path, songs).ok);
+    ASSERT_TRUE(LoadVBase(path, loaded));
+    EXPECT_EQ(loaded[0].Genre, std::string(21844, '\xFF'));
+
+    // A damaged escape keeps what it can: a "%" without two hex digits stands for itself.
+    std::vector<std::string> fields(13);
+    fields[kKeyPath - 1] = "\0a%4"s;
+    fields[kKeyTitle - 1] = "\0%zz%4a"s;
+    ASSERT_TRUE(LoadVBaseFromBytes(Header("1") + Record(fields), "x.dat", loaded));
+    EXPECT_EQ(loaded[0].Path, "a%4");
+    EXPECT_EQ(loaded[0].Title, "%zzJ");
 }
 
 TEST(LoadVBase, AFieldEndingAtTheLastByteIsAcceptedAndOneByteMoreIsDamage) {
