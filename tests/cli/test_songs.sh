@@ -100,11 +100,27 @@ for line in sys.stdin:
 [ "$(json_field "$(cat "$WORK/out")" Path)" = "$PLAIN" ] || fail "a relative path is not made full"
 
 # --- a missing file is reported; the others are printed; exit 2 at the end ---
+# With --json every FILE has its line, in order: the missing one the failure record.
 run info --json "$PLAIN" "$MUSIC/missing.mp3" "$UNTAGGED"
 expect_rc 2 "info with a missing file"
-[ "$(wc -l <<<"$OUT")" -eq 2 ] || fail "info with a missing file: the others were not printed"
+[ "$(wc -l <<<"$OUT")" -eq 3 ] || fail "info with a missing file: not one line for each file: $OUT"
+[ "$(json_field "$(sed -n 1p <<<"$OUT")" Path)" = "$PLAIN" ] || fail "info --json: line 1 is not the first file"
+[ "$(json_field "$(sed -n 3p <<<"$OUT")" Path)" = "$UNTAGGED" ] || fail "info --json: line 3 is not the third file"
+python3 -c '
+import json, sys
+record = json.loads(sys.argv[1])
+assert record["Title"] == "File non-existant" and record["Path"] == "File non-existant", record
+assert all(record[k] == "" for k in ("Artist", "Album", "Comment", "Genre", "Year", "Bitrate",
+                                     "Date", "Size", "Time", "Volume", "LastUsed")), record
+assert record["Reserved"] == 0 and record["Track"] == 0, record
+' "$(sed -n 2p <<<"$OUT")" || fail "info --json: line 2 is not the failure record: $OUT"
 expect_one_error_line "info with a missing file"
 grep -qF "$MUSIC/missing.mp3: File non-existant" <<<"$ERR" || fail "the missing file is not named: $ERR"
+run info --json "$MUSIC/missing.mp3"
+expect_rc 2 "info --json of a missing file alone"
+[ "$(json_field "$OUT" Title)" = "File non-existant" ] || fail "info --json of a missing file: '$OUT'"
+run info "$PLAIN" "$MUSIC/missing.mp3"
+[ "$(grep -c '^Path:' <<<"$OUT")" -eq 1 ] || fail "info without --json printed a block for the missing file"
 head -c 131 "$PLAIN" >"$MUSIC/short.mp3"
 run info "$MUSIC/short.mp3"
 expect_rc 2 "info of a 131-byte file"

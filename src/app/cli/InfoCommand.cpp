@@ -86,6 +86,10 @@ int RunInfo(CliContext& context, std::span<const std::string> args) {
         if (IsNonExistant(song)) {
             ReportUnreadable(path);
             anyFailed = true;
+            // A script pairs its arguments with the lines it reads: each gets its line.
+            if (json) {
+                PrintOut(SongJsonLine(song));
+            }
             continue;
         }
         if (json) {
@@ -128,8 +132,9 @@ const CliRegistration kInfoCommand{CliCommand{
         "the songs are still printed, but nothing is saved; one line on standard error says\n"
         "so, and the exit status is not changed by it.\n"
         "A file that is missing, a folder, shorter than 132 bytes or unreadable is reported\n"
-        "on standard error as \"File non-existant\"; the other files are still printed, and the\n"
-        "exit status is then 2.",
+        "on standard error as \"File non-existant\"; with --json its line is the failure\n"
+        "record, whose Title and Path are \"File non-existant\", so that there is one line for\n"
+        "each FILE, in order. The other files are still printed, and the exit status is then 2.",
     .run = &RunInfo,
 }};
 
