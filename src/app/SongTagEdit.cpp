@@ -37,10 +37,10 @@ SongInfo EditedSong(SongInfo song, const TagChanges& changes) {
     return song;
 }
 
-std::string TagWriteFailedText(std::string_view fileName) {
-    return "The tag for " + std::string(fileName) +
-           " could not be written successfully.  Perhaps you don't have write-permissions to "
-           "the file.";
+std::string TagWriteFailedText(std::string_view fileName, const TagWriteResult& result) {
+    const std::string reason = TagFaultText(result);
+    return "The tag for " + std::string(fileName) + " could not be written successfully.  " +
+           (reason.empty() ? "Perhaps you don't have write-permissions to the file." : reason);
 }
 
 }  // namespace jk

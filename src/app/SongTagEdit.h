@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "metadata/SongInfo.h"
+#include "metadata/TagWriter.h"
 
 namespace jk {
 
@@ -33,7 +34,9 @@ void StripTrackSuffix(SongInfo& song);
 // The record to write: the suffix stripped, then the changes applied.
 SongInfo EditedSong(SongInfo song, const TagChanges& changes);
 
-// What the tag editing dialog says when the tag could not be written.
-std::string TagWriteFailedText(std::string_view fileName);
+// What the tag editing dialog says when the tag could not be written: the dialog's own words
+// when the file failed (most often for want of write permission), and the real reason in place
+// of that guess when the writer refused.
+std::string TagWriteFailedText(std::string_view fileName, const TagWriteResult& result = {});
 
 }  // namespace jk

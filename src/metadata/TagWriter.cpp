@@ -51,6 +51,17 @@ TailTags FindTailTags(TagFile& file, std::int64_t length) {
     return tags;
 }
 
+// The size of a built block's text, ahead of its size digits (six of them, or more for a block
+// too big to write) and its end mark.
+std::size_t BlockBytes(const std::string& built) {
+    constexpr std::size_t kEndMarkBytes = 9;
+    std::size_t digits = 6;
+    while (std::to_string(built.size() - kEndMarkBytes - digits).size() > digits) {
+        ++digits;
+    }
+    return built.size() - kEndMarkBytes - digits;
+}
+
 Lyrics3Field MakeField(std::string id, std::string data) {
     Lyrics3Field field;
     field.ID = std::move(id);
@@ -59,17 +70,44 @@ Lyrics3Field MakeField(std::string id, std::string data) {
     return field;
 }
 
-bool WithOpenFile(const std::string& path, const std::function<bool(TagFile&)>& work) {
+TagWriteResult Fault(TagFault fault) {
+    return TagWriteResult{fault, {}, 0};
+}
+
+// The result of a step on the file: a failed read, write or cut is the file's fault.
+TagWriteResult Io(bool ok) {
+    return Fault(ok ? TagFault::None : TagFault::FileAccess);
+}
+
+TagWriteResult WithOpenFile(const std::string& path,
+                            const std::function<TagWriteResult(TagFile&)>& work) {
     if (!FileExists(path)) {
-        return false;
+        return Fault(TagFault::FileMissing);
     }
     AddOwnerWritePermission(path);  // a failure shows at the open
     DiskTagFile file(path);
     if (!file.IsOpen()) {
-        return false;
+        return Fault(TagFault::FileAccess);
     }
-    const bool ok = work(file);
-    return file.Close() && ok;
+    TagWriteResult result = work(file);
+    if (!file.Close() && result) {
+        result = Fault(TagFault::FileAccess);
+    }
+    return result;
+}
+
+// What the user knows a field as.
+std::string FieldName(std::string_view id) {
+    if (id == "ETT") {
+        return "title";
+    }
+    if (id == "EAR") {
+        return "artist";
+    }
+    if (id == "EAL") {
+        return "album";
+    }
+    return "field " + std::string(id);
 }
 
 const SingleByteCodepage& PageOr1252(const SingleByteCodepage* page) {
@@ -77,6 +115,36 @@ const SingleByteCodepage& PageOr1252(const SingleByteCodepage* page) {
 }
 
 }  // namespace
+
+std::string TagFaultText(const TagWriteResult& result) {
+    switch (result.fault) {
+        case TagFault::None:
+        case TagFault::FileMissing:
+        case TagFault::FileAccess:
+            return {};
+        case TagFault::FileTooShort:
+            return "The file is too short to hold a tag.";
+        case TagFault::TrackTooLarge:
+            return "The track number " + std::to_string(result.bytes) +
+                   " does not fit the tag, which holds 0 to 255.";
+        case TagFault::FieldTooLong:
+            return "Its " + FieldName(result.fieldId) + " would take " +
+                   std::to_string(result.bytes) +
+                   " bytes in the Lyrics3 block, and a field there holds at most " +
+                   std::to_string(kMaxFieldBytes) + ".";
+        case TagFault::BlockTooLong:
+            return "Its Lyrics3 block would take " + std::to_string(result.bytes) +
+                   " bytes, and a block holds at most " + std::to_string(kMaxBlockBytes) + ".";
+        case TagFault::UnreadableBlock:
+            return "Its Lyrics3 block can't be read, so its other fields could not be kept.";
+        case TagFault::NoTags:
+            return "It has no ID3v1 tag and no Lyrics3 block.";
+        case TagFault::EndMarkWithoutBlock:
+            return "It has a Lyrics3 end mark, but no block ahead of it and no ID3v1 tag behind "
+                   "it, so there is no tag to take off.";
+    }
+    return {};
+}
 
 std::optional<std::string> BuildID3Tag(const SongInfo& song, const SingleByteCodepage& page) {
     std::string tag = "TAG";
@@ -99,52 +167,63 @@ std::optional<std::string> BuildID3Tag(const SongInfo& song, const SingleByteCod
     return tag;
 }
 
-bool WriteID3Tag(TagFile& file, const SongInfo& song, const SingleByteCodepage& page) {
+TagWriteResult WriteID3Tag(TagFile& file, const SongInfo& song, const SingleByteCodepage& page) {
     const std::optional<std::string> tag = BuildID3Tag(song, page);
+    if (!tag) {
+        return TagWriteResult{TagFault::TrackTooLarge, {}, song.Track};
+    }
     const std::int64_t length = file.Size();
-    if (!tag || length < kID3v1Bytes) {
-        return false;
+    if (length < 0) {
+        return Fault(TagFault::FileAccess);
+    }
+    if (length < kID3v1Bytes) {
+        return Fault(TagFault::FileTooShort);
     }
     std::uint8_t mark[3] = {};
     if (!file.ReadAt(length - kID3v1Bytes, mark)) {
-        return false;
+        return Fault(TagFault::FileAccess);
     }
     if (mark[0] == 'T' && mark[1] == 'A' && mark[2] == 'G') {
-        return file.WriteAt(length - kID3v1Bytes + 3, Bytes(*tag).subspan(3));
+        return Io(file.WriteAt(length - kID3v1Bytes + 3, Bytes(*tag).subspan(3)));
     }
-    return file.WriteAt(length, Bytes(*tag));
+    return Io(file.WriteAt(length, Bytes(*tag)));
 }
 
-bool WriteExpandedTag(TagFile& file, const std::vector<Lyrics3Field>& fields, const SongInfo& song,
-                      const SingleByteCodepage& page) {
-    const std::int64_t length = file.Size();
+TagWriteResult WriteExpandedTag(TagFile& file, const std::vector<Lyrics3Field>& fields,
+                                const SongInfo& song, const SingleByteCodepage& page) {
     const std::optional<std::string> tag = BuildID3Tag(song, page);
-    if (length < 0 || !tag) {
-        return false;
+    if (!tag) {
+        return TagWriteResult{TagFault::TrackTooLarge, {}, song.Track};
+    }
+    const std::int64_t length = file.Size();
+    if (length < 0) {
+        return Fault(TagFault::FileAccess);
     }
     for (const Lyrics3Field& field : fields) {
-        if (Trim(field.Data).size() > kMaxFieldBytes) {
-            return false;
+        const std::size_t bytes = Trim(field.Data).size();
+        if (bytes > kMaxFieldBytes) {
+            return TagWriteResult{TagFault::FieldTooLong, field.ID,
+                                  static_cast<std::int64_t>(bytes)};
         }
     }
     std::string payload = BuildLyrics3Block(fields);
-    if (payload.size() - kLyrics3Trailer > kMaxBlockBytes) {
-        return false;
+    if (const std::size_t blockBytes = BlockBytes(payload); blockBytes > kMaxBlockBytes) {
+        return TagWriteResult{TagFault::BlockTooLong, {}, static_cast<std::int64_t>(blockBytes)};
     }
     payload += *tag;
     const TailTags tags = FindTailTags(file, length);
     if (!tags.blockSize && !tags.id3 && length < 1) {
-        return false;  // the last byte of an empty file can't be read
+        return Fault(TagFault::FileTooShort);  // the last byte of an empty file can't be read
     }
     // The new tags go where the old ones began; a shorter set leaves the rest to be cut.
     if (!file.WriteAt(tags.start, Bytes(payload))) {
-        return false;
+        return Fault(TagFault::FileAccess);
     }
     const std::int64_t end = tags.start + static_cast<std::int64_t>(payload.size());
-    return end >= length || file.TruncateTo(end);
+    return Io(end >= length || file.TruncateTo(end));
 }
 
-bool WriteSongTag(TagFile& file, const SongInfo& song, const SingleByteCodepage& page) {
+TagWriteResult WriteSongTag(TagFile& file, const SongInfo& song, const SingleByteCodepage& page) {
     const bool tooLong =
         CharCount(song.Title) >= 31 || CharCount(song.Artist) >= 31 || CharCount(song.Album) >= 31;
     TagFileByteSource source(file);
@@ -159,7 +238,7 @@ bool WriteSongTag(TagFile& file, const SongInfo& song, const SingleByteCodepage&
     }
     Outcome<std::vector<Lyrics3Field>> read = ReadLyrics3Fields(source);
     if (!read) {
-        return false;
+        return Fault(TagFault::UnreadableBlock);
     }
     std::vector<Lyrics3Field> fields = std::move(read).Value();
     bool seenTitle = false;
@@ -191,36 +270,39 @@ bool WriteSongTag(TagFile& file, const SongInfo& song, const SingleByteCodepage&
     return WriteExpandedTag(file, fields, song, page);
 }
 
-bool StripTags(TagFile& file) {
+TagWriteResult StripTags(TagFile& file) {
     const std::int64_t length = file.Size();
     if (length < 0) {
-        return false;
+        return Fault(TagFault::FileAccess);
     }
     const TailTags tags = FindTailTags(file, length);
     if (!tags.blockSize && !tags.id3) {
-        return false;
+        TagFileByteSource source(file);
+        return Fault(HasLyrics3Tag(source) ? TagFault::EndMarkWithoutBlock : TagFault::NoTags);
     }
-    return file.TruncateTo(tags.start);
+    return Io(file.TruncateTo(tags.start));
 }
 
-bool WriteSongTag(const std::string& path, const SongInfo& song, const SingleByteCodepage* page) {
+TagWriteResult WriteSongTag(const std::string& path, const SongInfo& song,
+                            const SingleByteCodepage* page) {
     return WithOpenFile(path,
                         [&](TagFile& file) { return WriteSongTag(file, song, PageOr1252(page)); });
 }
 
-bool WriteID3Tag(const std::string& path, const SongInfo& song, const SingleByteCodepage* page) {
+TagWriteResult WriteID3Tag(const std::string& path, const SongInfo& song,
+                           const SingleByteCodepage* page) {
     return WithOpenFile(path,
                         [&](TagFile& file) { return WriteID3Tag(file, song, PageOr1252(page)); });
 }
 
-bool WriteExpandedTag(const std::string& path, const std::vector<Lyrics3Field>& fields,
-                      const SongInfo& song, const SingleByteCodepage* page) {
+TagWriteResult WriteExpandedTag(const std::string& path, const std::vector<Lyrics3Field>& fields,
+                                const SongInfo& song, const SingleByteCodepage* page) {
     return WithOpenFile(path, [&](TagFile& file) {
         return WriteExpandedTag(file, fields, song, PageOr1252(page));
     });
 }
 
-bool StripTags(const std::string& path) {
+TagWriteResult StripTags(const std::string& path) {
     return WithOpenFile(path, [](TagFile& file) { return StripTags(file); });
 }
 

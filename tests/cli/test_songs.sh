@@ -169,6 +169,29 @@ run tag set --title X "$MUSIC/missing.mp3"
 expect_rc 2 "tag set of a missing file"
 expect_one_error_line "tag set of a missing file"
 
+# --- a tag the writer refuses: the reason, not a guess at permissions ---
+cp "$SONGS/cbr64-id3v1.mp3" "$MUSIC/refused.mp3"
+before=$(checksum "$MUSIC/refused.mp3")
+run tag set --title "$(head -c 40000 /dev/zero | tr '\0' t)" "$MUSIC/refused.mp3"
+expect_rc 2 "tag set of a title over a Lyrics3 field"
+expect_one_error_line "tag set of a title over a Lyrics3 field"
+grep -qF "The tag for $MUSIC/refused.mp3 could not be written successfully.  Its title would take 40000 bytes in the Lyrics3 block, and a field there holds at most 32767." <<<"$ERR" ||
+    fail "tag set of a too long title: '$ERR'"
+grep -q "permission" <<<"$ERR" && fail "tag set of a too long title blames permissions: '$ERR'"
+[ "$(checksum "$MUSIC/refused.mp3")" = "$before" ] || fail "a refused tag changed the file"
+# The end mark of a Lyrics3 block at its place, but no block ahead of it and no tag behind it.
+python3 -c '
+import sys
+audio = open(sys.argv[1], "rb").read()[:-128]
+open(sys.argv[2], "wb").write(audio + b"LYRICS200" + b"x" * 128)
+' "$SONGS/cbr64-id3v1.mp3" "$MUSIC/endmark.mp3"
+run tag strip "$MUSIC/endmark.mp3"
+expect_rc 2 "tag strip of an end mark without a block"
+expect_one_error_line "tag strip of an end mark without a block"
+grep -qF "$MUSIC/endmark.mp3: It has a Lyrics3 end mark, but no block ahead of it and no ID3v1 tag behind it, so there is no tag to take off." <<<"$ERR" ||
+    fail "tag strip of an end mark without a block: '$ERR'"
+grep -q "permission" <<<"$ERR" && fail "tag strip of an end mark blames permissions: '$ERR'"
+
 # --- cache dump: every record in its stored form ---
 run cache dump
 expect_rc 0 "cache dump"

@@ -104,9 +104,11 @@ int SetTags(CliContext& context, std::span<const std::string> args) {
             continue;
         }
         ApplyTrackSuffix(song);
-        if (!WriteSongTag(path, EditedSong(std::move(song), changes), page)) {
+        const TagWriteResult written =
+            WriteSongTag(path, EditedSong(std::move(song), changes), page);
+        if (!written) {
             progress.Finish();
-            PrintError(TagWriteFailedText(path));
+            PrintError(TagWriteFailedText(path, written));
             anyFailed = true;
         }
     }
@@ -135,8 +137,9 @@ int StripFileTags(CliContext& context, std::span<const std::string> args) {
         } else if (!HasID3Tag(path) && !HasLyrics3Tag(path)) {
             PrintError(path + " has no tag to strip");
             anyFailed = true;
-        } else if (!StripTags(path)) {
-            PrintError(TagWriteFailedText(path));
+        } else if (const TagWriteResult stripped = StripTags(path); !stripped) {
+            const std::string reason = TagFaultText(stripped);
+            PrintError(reason.empty() ? TagWriteFailedText(path) : path + ": " + reason);
             anyFailed = true;
         }
     }
@@ -174,8 +177,9 @@ const CliRegistration kTagCommand{CliCommand{
         "Text is written in the TagCodepage of the settings.\n"
         "\"tag strip\" removes the tags at the end of each file; a file with none is reported.\n"
         "Both are refused while the desktop program runs on the same data folder. A tag that\n"
-        "could not be written is reported as the tag dialog reports it, the other files are\n"
-        "still done, and the exit status is then 2.",
+        "could not be written is reported as the tag dialog reports it, with the reason when\n"
+        "the tag itself is refused (a Lyrics3 field over 32767 bytes, say); the other files\n"
+        "are still done, and the exit status is then 2.",
     .run = &RunTag,
 }};
 

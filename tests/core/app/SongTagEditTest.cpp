@@ -59,10 +59,24 @@ TEST(SongTagEdit, ChangesApplyAfterTheSuffixIsStripped) {
     EXPECT_EQ(renamed.Track, 3);
 }
 
-TEST(SongTagEdit, TheFailureReadsAsTheTagDialogs) {
-    EXPECT_EQ(TagWriteFailedText("/music/a.mp3"),
-              "The tag for /music/a.mp3 could not be written successfully.  Perhaps you don't "
-              "have write-permissions to the file.");
+TEST(SongTagEdit, TheFailureReadsAsTheTagDialogsWithTheReasonWhenTheTagWasRefused) {
+    const std::string permissions =
+        "The tag for /music/a.mp3 could not be written successfully.  Perhaps you don't have "
+        "write-permissions to the file.";
+    EXPECT_EQ(TagWriteFailedText("/music/a.mp3"), permissions);
+    EXPECT_EQ(TagWriteFailedText("/music/a.mp3", TagWriteResult{TagFault::FileAccess, {}, 0}),
+              permissions);
+    EXPECT_EQ(TagWriteFailedText("/music/a.mp3", TagWriteResult{TagFault::FileMissing, {}, 0}),
+              permissions);
+    EXPECT_EQ(
+        TagWriteFailedText("/music/a.mp3", TagWriteResult{TagFault::FieldTooLong, "EAL", 40000}),
+        "The tag for /music/a.mp3 could not be written successfully.  Its album would take 40000 "
+        "bytes in the Lyrics3 block, and a field there holds at most 32767.");
+    EXPECT_EQ(
+        TagWriteFailedText("/music/a.mp3", TagWriteResult{TagFault::EndMarkWithoutBlock, {}, 0}),
+        "The tag for /music/a.mp3 could not be written successfully.  It has a Lyrics3 end "
+        "mark, but no block ahead of it and no ID3v1 tag behind it, so there is no tag to "
+        "take off.");
 }
 
 }  // namespace

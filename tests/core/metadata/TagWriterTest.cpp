@@ -162,6 +162,72 @@ TEST(WriteSongTag, AFailedWriteNeverTouchesTheAudio) {
     EXPECT_EQ(plain.m_bytes.substr(0, audio.size()), audio);
 }
 
+TEST(WriteSongTag, ARefusalLeavesTheFileAndSaysWhy) {
+    SongInfo track300 = Song("x");
+    track300.Track = 300;
+    // 31 fields of 32,000 bytes: the block is just under its 999,999 bytes until a title joins.
+    const std::vector<std::pair<std::string, std::string>> lyrics(31,
+                                                                  {"LYR", std::string(32000, 'l')});
+    const struct {
+        const char* what;
+        std::string file;
+        SongInfo song;
+        TagFault fault;
+        const char* fieldId;
+        std::int64_t bytes;
+        const char* reason;
+    } cases[] = {
+        {"a title over a field's 32,767 bytes", kAudio + Id3v1("old"),
+         Song(std::string(32768, 't')), TagFault::FieldTooLong, "ETT", 32768,
+         "Its title would take 32768 bytes in the Lyrics3 block, and a field there holds at "
+         "most 32767."},
+        {"an artist over it in a block", kAudio + Lyrics3({{"EAR", "a"}}) + Id3v1("old"),
+         Song("t", std::string(40000, 'a')), TagFault::FieldTooLong, "EAR", 40000,
+         "Its artist would take 40000 bytes in the Lyrics3 block, and a field there holds at "
+         "most 32767."},
+        {"a block over its 999,999 bytes", kAudio + Lyrics3(lyrics) + Id3v1("old"),
+         Song(std::string(30000, 't')), TagFault::BlockTooLong, "", 1022294,
+         "Its Lyrics3 block would take 1022294 bytes, and a block holds at most 999999."},
+        {"a block whose field sizes can't be read",
+         kAudio + Lyrics3({{"LYR", std::string(40000, 'l')}}) + Id3v1("old"), Song("t"),
+         TagFault::UnreadableBlock, "", 0,
+         "Its Lyrics3 block can't be read, so its other fields could not be kept."},
+        {"a track beyond the tag's byte", kAudio, track300, TagFault::TrackTooLarge, "", 300,
+         "The track number 300 does not fit the tag, which holds 0 to 255."},
+        {"a file too short for a tag", Bytes(127), Song("x"), TagFault::FileTooShort, "", 0,
+         "The file is too short to hold a tag."},
+    };
+    for (const auto& c : cases) {
+        MemoryTagFile file(c.file);
+        const TagWriteResult result = WriteSongTag(file, c.song, kPage);
+        EXPECT_FALSE(result) << c.what;
+        EXPECT_EQ(result.fault, c.fault) << c.what;
+        EXPECT_EQ(result.fieldId, c.fieldId) << c.what;
+        EXPECT_EQ(result.bytes, c.bytes) << c.what;
+        EXPECT_EQ(TagFaultText(result), c.reason) << c.what;
+        EXPECT_TRUE(file.m_bytes == c.file) << c.what;
+    }
+    // The field's limit itself is written.
+    MemoryTagFile most(kAudio + Id3v1("old"));
+    EXPECT_TRUE(WriteSongTag(most, Song(std::string(32767, 't')), kPage));
+}
+
+TEST(StripTags, AnEndMarkWithNoBlockIsNoTagToStrip) {
+    // The end mark where a block's would stand, but no block ahead of it and no tag behind it.
+    for (const std::string& tail :
+         {"LYRICS200" + Bytes(128, 'x'), "000300LYRICS200" + Bytes(128)}) {
+        MemoryTagFile file(kAudio + tail);
+        const TagWriteResult result = StripTags(file);
+        EXPECT_EQ(result.fault, TagFault::EndMarkWithoutBlock);
+        EXPECT_EQ(TagFaultText(result),
+                  "It has a Lyrics3 end mark, but no block ahead of it and no ID3v1 tag behind "
+                  "it, so there is no tag to take off.");
+        EXPECT_EQ(file.m_bytes, kAudio + tail);
+    }
+    MemoryTagFile none(kAudio);
+    EXPECT_EQ(StripTags(none).fault, TagFault::NoTags);
+}
+
 TEST(WriteID3Tag, AFileBelow128BytesCantBeTagged) {
     MemoryTagFile file(Bytes(127));
     EXPECT_FALSE(WriteID3Tag(file, Song("x"), kPage));
@@ -196,8 +262,8 @@ TEST(TagWriterOnDisk, WritesAReadOnlyFileAndLeavesItWritable) {
     const std::string bytes = test::ReadBytes(path);
     EXPECT_EQ(bytes.substr(0, kAudio.size()), kAudio);
     EXPECT_EQ(ReadBack(bytes).Title, "Read only");
-    EXPECT_FALSE(WriteSongTag(folder.File("missing.mp3"), Song("x")));
-    EXPECT_FALSE(StripTags(folder.File("missing.mp3")));
+    EXPECT_EQ(WriteSongTag(folder.File("missing.mp3"), Song("x")).fault, TagFault::FileMissing);
+    EXPECT_EQ(StripTags(folder.File("missing.mp3")).fault, TagFault::FileMissing);
 }
 
 TEST(TagWriterOnDisk, TheAudioSurvivesEveryWriteAndStrip) {
@@ -225,10 +291,11 @@ TEST(TagWriterOnDisk, AWriteCutShortByTheFileSizeLimitKeepsTheAudio) {
     struct rlimit limited = old;
     limited.rlim_cur = original.size() + 50;
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limited), 0);
-    const bool written = WriteSongTag(path, Song(std::string(200, 'z')));
+    const TagWriteResult written = WriteSongTag(path, Song(std::string(200, 'z')));
     ::setrlimit(RLIMIT_FSIZE, &old);
     std::signal(SIGXFSZ, previous);
-    EXPECT_FALSE(written);
+    EXPECT_EQ(written.fault, TagFault::FileAccess);
+    EXPECT_EQ(TagFaultText(written), "");  // the writer can't tell why the file failed
     EXPECT_EQ(test::ReadBytes(path).substr(0, kAudio.size()), kAudio);
 }
 
