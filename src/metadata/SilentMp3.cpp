@@ -1,5 +1,6 @@
 #include "metadata/SilentMp3.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <functional>
 #include <span>
@@ -15,6 +16,9 @@ namespace {
 
 // Blocks of frames are doubled up to at least this many bytes before they are written.
 constexpr std::size_t kBlockBytes = 8192;
+// A frame holds 1152 samples at 44100 Hz.
+constexpr std::size_t kFrameSamples = 1152;
+constexpr std::size_t kSampleRate = 44100;
 // The largest size a silent file may be asked for (the file layer's 32-bit lengths).
 constexpr double kMaxSilentBytes = 2147483647.0;
 
@@ -89,6 +93,34 @@ bool WriteFramesUpTo(ReadWriteFile& file, double targetBytes) {
     return true;
 }
 
+// "silent.mp3" of `count` frames, written a block at a time.
+IoResult WriteSilentMp3(const std::string& folder, std::size_t count) {
+    SongInfo tag;
+    tag.Title = "Sound of Silence";
+    tag.Artist = "Jukarra2";
+    tag.Comment = "Have a nice day =)";
+    const auto writeFrames = [count](ReadWriteFile& file) {
+        constexpr std::size_t kFramesPerBlock = 256;
+        std::vector<std::uint8_t> block;
+        block.reserve(kSilentFrameBytes * kFramesPerBlock);
+        std::int64_t offset = 0;
+        for (std::size_t written = 0; written < count;) {
+            const std::size_t frames = std::min(kFramesPerBlock, count - written);
+            block.clear();
+            for (std::size_t i = 0; i < frames; ++i) {
+                block.insert(block.end(), SilentFrame().begin(), SilentFrame().end());
+            }
+            if (!file.WriteAt(offset, block)) {
+                return false;
+            }
+            offset += static_cast<std::int64_t>(block.size());
+            written += frames;
+        }
+        return true;
+    };
+    return WriteSilence(JoinPath(folder, "silent.mp3"), writeFrames, tag);
+}
+
 }  // namespace
 
 const std::array<std::uint8_t, kSilentFrameBytes>& SilentFrame() {
@@ -121,19 +153,16 @@ IoResult MakeSilentFile(const std::string& folder, std::string_view sizeText,
 }
 
 IoResult MakeSilentMP3(const std::string& folder) {
-    SongInfo tag;
-    tag.Title = "Sound of Silence";
-    tag.Artist = "Jukarra2";
-    tag.Comment = "Have a nice day =)";
-    const auto writeFrames = [](ReadWriteFile& file) {
-        std::vector<std::uint8_t> frames;
-        frames.reserve(kSilentFrameBytes * kSilentMp3Frames);
-        for (std::size_t i = 0; i < kSilentMp3Frames; ++i) {
-            frames.insert(frames.end(), SilentFrame().begin(), SilentFrame().end());
-        }
-        return file.WriteAt(0, frames);
-    };
-    return WriteSilence(JoinPath(folder, "silent.mp3"), writeFrames, tag);
+    return WriteSilentMp3(folder, kSilentMp3Frames);
+}
+
+IoResult MakeSilentMP3(const std::string& folder, std::int32_t seconds) {
+    return WriteSilentMp3(folder, SilentFramesFor(seconds));
+}
+
+std::size_t SilentFramesFor(std::int32_t seconds) {
+    const auto clamped = static_cast<std::size_t>(std::clamp<std::int32_t>(seconds, 1, 3600));
+    return (clamped * kSampleRate + kFrameSamples - 1) / kFrameSamples;
 }
 
 }  // namespace jk

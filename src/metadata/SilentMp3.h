@@ -27,5 +27,11 @@ IoResult MakeSilentFile(const std::string& folder, std::string_view sizeText,
 
 // Writes "silent.mp3" in the folder.
 IoResult MakeSilentMP3(const std::string& folder);
+// The same, lasting at least `seconds` (1 to 3600; values outside are brought inside): the
+// spacer between the songs of a list, as long as the delay asked for.
+IoResult MakeSilentMP3(const std::string& folder, std::int32_t seconds);
+
+// The frames that play for at least `seconds` (1152 samples at 44100 Hz each).
+std::size_t SilentFramesFor(std::int32_t seconds);
 
 }  // namespace jk

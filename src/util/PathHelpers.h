@@ -34,6 +34,10 @@ std::string ShortPath(std::string_view path);
 bool IsRealPath(std::string_view path);
 // The text inside double quotes.
 std::string Quoted(std::string_view text);
+// The file:// URI of an absolute path: every byte but letters, digits, "-._~" and "/"
+// percent-encoded, so blanks, quotes, line ends and bytes that are not UTF-8 all survive.
+std::string FileUri(std::string_view path);
+
 // Joins a folder and a name with exactly one separator between them.
 std::string JoinPath(std::string_view folder, std::string_view name);
 

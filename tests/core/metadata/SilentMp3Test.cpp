@@ -93,5 +93,18 @@ TEST(MakeSilentMP3, WritesAboutOneSecond) {
     EXPECT_EQ(song.Time, "00:01");
 }
 
+TEST(MakeSilentMP3, ASpacerLastsTheDelayAskedFor) {
+    EXPECT_EQ(SilentFramesFor(1), 39u);
+    EXPECT_EQ(SilentFramesFor(2), 77u);
+    EXPECT_EQ(SilentFramesFor(0), 39u);
+    EXPECT_EQ(SilentFramesFor(-5), 39u);
+    EXPECT_EQ(SilentFramesFor(9999), SilentFramesFor(3600));
+    test::TempFolder folder;
+    ASSERT_TRUE(MakeSilentMP3(folder.Path(), 12).ok);
+    const std::string path = folder.File("silent.mp3");
+    EXPECT_EQ(StatPath(path).size, static_cast<std::int64_t>(SilentFramesFor(12) * 418 + 128));
+    EXPECT_EQ(ReadFile(path, true).Time, "00:12");
+}
+
 }  // namespace
 }  // namespace jk
