@@ -121,9 +121,14 @@ void MpvTransport::Play() {
     };
     const auto state = Run(ask);
     std::vector<Command> commands;
-    if (IsTrue(state[0]) && WholeOf(state[2]) > 0) {
-        // Nothing plays: start the list where it stands, or at its first song.
-        commands.push_back({"playlist-play-index"sv, std::int64_t{std::max(WholeOf(state[1]), 0)}});
+    const std::int32_t count = WholeOf(state[2]);
+    if (IsTrue(state[0]) && count > 0) {
+        // Nothing plays: start the list where it stands, where it stopped, or at its start.
+        std::int32_t at = WholeOf(state[1]);
+        if (at < 0) {
+            at = m_stoppedAt < count ? m_stoppedAt : 0;
+        }
+        commands.push_back({"playlist-play-index"sv, std::int64_t{at}});
     }
     commands.push_back({"set_property"sv, "pause"sv, false});
     Run(commands);
@@ -134,7 +139,13 @@ void MpvTransport::Pause() {
 }
 
 void MpvTransport::Stop() {
-    RunOne({"stop"sv, "keep-playlist"sv});
+    // mpv forgets where its list stood when it stops; play starts there again.
+    const Command commands[] = {{"get_property"sv, "playlist-pos"sv},
+                                {"stop"sv, "keep-playlist"sv}};
+    const auto replies = Run(commands);
+    if (const std::int32_t at = WholeOf(replies[0]); at >= 0) {
+        m_stoppedAt = at;
+    }
 }
 
 void MpvTransport::Next() {
@@ -182,6 +193,7 @@ bool MpvTransport::SetVolume(std::int32_t percent) {
 
 void MpvTransport::ClearList() {
     RunOne({"playlist-clear"sv});
+    m_stoppedAt = 0;
     m_replaceNext = true;
 }
 

@@ -79,6 +79,8 @@ private:
     // After a clear the next song replaces the entry mpv keeps playing, so that the new list
     // replaces the old one whole.
     bool m_replaceNext = false;
+    // Where the list stood when the player was stopped.
+    std::int32_t m_stoppedAt = 0;
 };
 
 }  // namespace jk

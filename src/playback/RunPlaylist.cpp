@@ -123,10 +123,10 @@ void MessageRoad(std::span<const std::string> songs, bool queue, std::int16_t mo
 }
 
 // An MPRIS player without a track list opens one file and plays it at once: the one song, or
-// templist.m3u for more.
-void OpenUriRoad(std::span<const std::string> songs, std::int16_t mode,
-                 const PlaySettings& settings, PlayerBridge& bridge, const PlayFront& front,
-                 RunPlaylistResult& result) {
+// templist.m3u for more. Opening replaces what plays, so the stop of mode 1 has nothing to add
+// (and a stop just ahead of the opening leaves some players reporting "Stopped" while they play).
+void OpenUriRoad(std::span<const std::string> songs, const PlaySettings& settings,
+                 PlayerBridge& bridge, const PlayFront& front, RunPlaylistResult& result) {
     const PlayerTarget& target = bridge.Target();
     std::string file = songs.size() == 1 ? std::string(Trim(songs[0])) : std::string();
     if (songs.size() > 1) {
@@ -134,9 +134,6 @@ void OpenUriRoad(std::span<const std::string> songs, std::int16_t mode,
         if (!WriteListFile(file, songs, target.kind, front, result)) {
             return;
         }
-    }
-    if (mode == kLoadReplace) {
-        bridge.Transport().Stop();
     }
     if (ShouldMinimize(songs.size(), settings, front)) {
         Minimize(front);
@@ -211,7 +208,7 @@ RunPlaylistResult RunPlaylist(std::vector<std::string> songs, bool queue,
         // Without a track list, queueing is left to the player's own second start.
         CommandLineRoad(songs, queue, settings, bridge, front, result);
     } else {
-        OpenUriRoad(songs, mode, settings, bridge, front, result);
+        OpenUriRoad(songs, settings, bridge, front, result);
     }
     return result;
 }

@@ -63,6 +63,20 @@ TEST_F(MpvTransportTest, PlayStartsAnIdlePlayerAndUnpauses) {
                                    "get_property playlist-count", "set_property pause false"}));
 }
 
+TEST_F(MpvTransportTest, PlayAfterStopStartsWhereTheListStood) {
+    mpv.playlist = {"/a", "/b", "/c"};
+    mpv.pos = 2;
+    MpvTransport player = Make();
+    player.Stop();
+    EXPECT_EQ(mpv.pos, -1);
+    player.Play();
+    EXPECT_EQ(mpv.pos, 2);
+    player.ClearList();  // a new list starts at its start
+    mpv.pos = -1;
+    player.Play();
+    EXPECT_EQ(mpv.pos, 0);
+}
+
 TEST_F(MpvTransportTest, TheRemoteCommandsMapToMpvsOwn) {
     mpv.playlist = {"/a", "/b"};
     mpv.pos = 0;
@@ -77,9 +91,10 @@ TEST_F(MpvTransportTest, TheRemoteCommandsMapToMpvsOwn) {
     player.SeekTo(45000);
     player.Stop();
     player.Close();
-    EXPECT_EQ(mpv.commands, (Words{"playlist-next", "playlist-prev", "cycle pause", "add volume 5",
-                                   "add volume -5", "seek 5 relative", "seek -5 relative",
-                                   "seek 45 absolute", "stop keep-playlist", "quit"}));
+    EXPECT_EQ(mpv.commands,
+              (Words{"playlist-next", "playlist-prev", "cycle pause", "add volume 5",
+                     "add volume -5", "seek 5 relative", "seek -5 relative", "seek 45 absolute",
+                     "get_property playlist-pos", "stop keep-playlist", "quit"}));
     EXPECT_FALSE(player.Running());
 }
 

@@ -271,11 +271,11 @@ TEST_F(RunPlaylistTest, AnMprisPlayerWithoutTrackListOpensTheListOrTheSong) {
     player->messageRoad = false;
     settings.LoadMode = 1;
     EXPECT_EQ(Run({" /music/one song.mp3 "}).road, PlayRoad::OpenUri);
-    EXPECT_EQ(log.calls, (Calls{"Stop", "Open /music/one song.mp3"}));
+    EXPECT_EQ(log.calls, (Calls{"Open /music/one song.mp3"}));
 
     log.calls.clear();
     EXPECT_EQ(Run({"/a", "/b"}).road, PlayRoad::OpenUri);
-    EXPECT_EQ(log.calls, (Calls{"Stop", "Open " + folder.File("templist.m3u")}));
+    EXPECT_EQ(log.calls, (Calls{"Open " + folder.File("templist.m3u")}));
     EXPECT_EQ(TempList(), "/a\r\n/b\r\n");
 
     // A player that refuses the file gets the list on its command line.
