@@ -4,6 +4,7 @@
 
 #include "app/SettingsStore.h"
 #include "app/Version.h"
+#include "playback/PlayerKind.h"
 #include "playback/PlaylistTitle.h"
 #include "util/Text.h"
 #include "util/Utf8.h"
@@ -72,7 +73,7 @@ std::string PlaylistCaption(const Session& session) {
 }
 
 bool IsWinampOnlyMode(const jk::Settings& settings) {
-    return ContainsNoCase(CurrentPlayerPath(settings), "winamp");
+    return IsWinampPath(CurrentPlayerPath(settings));
 }
 
 }  // namespace jk

@@ -36,6 +36,8 @@ struct Session {
     std::int16_t CacheFrozen = 0;       // non-zero: the cache is not trimmed at shutdown
     std::string FileFilter = "*.mp3";   // the pattern of files listed, from FilterMode
     std::int32_t RemoteSentinel = kRemoteNoValue;
+    // The player steered (SetPlayerMode): 1 to 5 the Windows players, 6 mpv, 7 an MPRIS player.
+    std::int16_t PlayerKind = 0;
 
     jk::SongCache SongCache;
     // The tag code page that the texts of SongCache were decoded in.
@@ -89,8 +91,7 @@ ListSettings ListSettingsOf(const jk::Settings& settings);
 // The main window's caption for the open playlist.
 std::string PlaylistCaption(const Session& session);
 
-// True when the player in use is Winamp ("winamp" anywhere in its path, in any case): the
-// Winamp-only commands are shown then.
+// True when the player in use is Winamp ("winamp" in its file name, in any case).
 bool IsWinampOnlyMode(const jk::Settings& settings);
 
 }  // namespace jk

@@ -2,6 +2,7 @@
 
 #include "app/CacheCodepage.h"
 #include "app/CacheSaving.h"
+#include "app/PlayerSession.h"
 #include "app/ProfileFile.h"
 #include "app/Session.h"
 #include "app/SongLookup.h"
@@ -10,10 +11,12 @@
 #include "playback/CachedSongSource.h"
 #include "playback/ListReading.h"
 #include "playback/ListWriting.h"
+#include "playback/PlayerKind.h"
+#include "util/FileIo.h"
 
-// The drives, the song cache and the playlist are bound to their routines. Until the virtual
-// drives, bookmarks and the player are bound here, their steps leave the session as it is:
-// empty catalogues, no player.
+// The drives, the song cache, the playlist and the player are bound to their routines. Until
+// the virtual drives and bookmarks are bound here, their steps leave the session as it is:
+// empty catalogues.
 
 namespace jk {
 
@@ -60,11 +63,38 @@ void SessionData::OpenLastList(Session& session) {
                      session.Settings.HideGhosts);
 }
 
-bool SessionData::PlayerRunning(const Session& /*session*/) {
-    return false;
+void SessionData::SetPlayerMode(Session& session) {
+    if (m_player != nullptr) {
+        jk::SetPlayerMode(session, *m_player);
+    } else {
+        session.PlayerKind = PlayerKindFor(CurrentPlayerPath(session.Settings),
+                                           session.Settings.MprisPlayer, session.PlayerKind);
+    }
 }
 
-void SessionData::StartPlayer(Session& /*session*/, const std::string& /*playerPath*/) {}
+PlayerMode SessionData::UpdatePlayerMode(Session& session) {
+    if (m_player != nullptr) {
+        return jk::UpdatePlayerMode(*m_player);
+    }
+    return {session.PlayerKind, ShownPlayerCommands(session.PlayerKind, {}),
+            ShowsVolumePanel(session.PlayerKind)};
+}
+
+bool SessionData::PlayerRunning(const Session& /*session*/) {
+    return m_player != nullptr && m_player->Running();
+}
+
+bool SessionData::PlayerThere(const Session& /*session*/, const std::string& playerPath) {
+    return m_player != nullptr ? m_player->Platform().ProgramThere(playerPath)
+                               : FileExists(playerPath);
+}
+
+void SessionData::StartPlayer(Session& /*session*/, const std::string& /*playerPath*/) {
+    // A player that cannot start is skipped silently here.
+    if (m_player != nullptr) {
+        m_player->StartPlayer();
+    }
+}
 
 std::size_t SessionData::PlaylistSongCount(const Session& session) {
     return session.Playlist.Rows.size();
@@ -91,5 +121,11 @@ void SessionData::SaveCache(Session& session) {
 void SessionData::BackupVirtualCache(Session& /*session*/) {}
 
 void SessionData::SaveVirtualCache(Session& /*session*/) {}
+
+void SessionData::UnhidePlayerWindow(Session& /*session*/) {
+    if (m_player != nullptr) {
+        m_player->UnhidePlayerWindow();
+    }
+}
 
 }  // namespace jk

@@ -12,9 +12,11 @@
 
 #include "app/Messages.h"
 #include "browse/DriveRoot.h"
+#include "playback/PlayerCommands.h"
 
 namespace jk {
 
+class PlayerBridge;
 struct Session;
 
 // Progress of a long step: items done of total; false asks the step to stop.
@@ -23,6 +25,10 @@ using StepProgress = std::function<bool(std::int64_t done, std::int64_t total)>;
 class SessionData {
 public:
     virtual ~SessionData() = default;
+
+    // The bridge the player steps go through; without one no player runs or starts, and the
+    // kind is still set.
+    void UsePlayer(PlayerBridge* bridge) { m_player = bridge; }
 
     // Start-up.
     // The folder tree's drive roots (Session::Drives) from the front end's drive list.
@@ -36,7 +42,13 @@ public:
     // "lastlist.m3u" of the data folder into the playlist, through the song cache, when
     // RememberList is 1. The list stays untitled and saved.
     virtual void OpenLastList(Session& session);
+    // SetPlayerMode: PlayerKind from the player's path and MprisPlayer; the bridge aimed at it.
+    virtual void SetPlayerMode(Session& session);
+    // UpdatePlayerMode: the commands the window shows for that player.
+    virtual PlayerMode UpdatePlayerMode(Session& session);
     virtual bool PlayerRunning(const Session& session);
+    // A player path is there when it names an executable file or a command on the PATH.
+    virtual bool PlayerThere(const Session& session, const std::string& playerPath);
     virtual void StartPlayer(Session& session, const std::string& playerPath);
 
     // Shutdown.
@@ -48,6 +60,11 @@ public:
     virtual void SaveCache(Session& session);
     virtual void BackupVirtualCache(Session& session);
     virtual void SaveVirtualCache(Session& session);
+    // Un-hides a hidden WinPlay3.
+    virtual void UnhidePlayerWindow(Session& session);
+
+private:
+    PlayerBridge* m_player = nullptr;
 };
 
 // The roots the folder tree shows, in its order: every drive whose type is not 0.

@@ -236,6 +236,9 @@ struct Settings {
     std::int16_t ExactTimes = 0;
     std::string TagCodepage;
     std::int16_t HTMLEscape = 0;
+    // The MPRIS player to steer, by the last part of its bus name ("vlc", "mpv"); "" to go by
+    // the player's path.
+    std::string MprisPlayer;
 };
 
 // The player in use: the first entry of the player list.

@@ -302,6 +302,7 @@ void AddOptions(TableBuilder& t) {
     t.I16(o, "ExactTimes", &S::ExactTimes, 1);
     t.Text(o, "TagCodepage", &S::TagCodepage, "windows-1252");
     t.I16(o, "HTMLEscape", &S::HTMLEscape, 1);
+    t.Text(o, "MprisPlayer", &S::MprisPlayer);
 }
 
 std::vector<SettingField> BuildTable() {

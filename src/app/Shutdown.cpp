@@ -95,7 +95,7 @@ ShutdownResult FormUnload(Session& session, const SessionFront& front, SessionDa
     data.SaveCache(session);
     SaveVirtualDrivesIfChanged(session, front, data);
     front.Shutdown.RemoveTrayIcons();
-    front.Shutdown.UnhidePlayerWindow();
+    data.UnhidePlayerWindow(session);
 
     front.Panes.SetPanelText(kPanelWritingIni);
     front.Shutdown.StoreWindowLayout(session.Settings);

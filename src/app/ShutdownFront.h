@@ -16,8 +16,6 @@ public:
     virtual void StoreWindowPosition(jk::Settings& /*settings*/) {}
     virtual void StopTimers() {}
     virtual void RemoveTrayIcons() {}
-    // Un-hides a player window that was hidden.
-    virtual void UnhidePlayerWindow() {}
     // Window state, normal size and column widths into the settings, just before they are saved.
     virtual void StoreWindowLayout(jk::Settings& /*settings*/) {}
 };

@@ -46,13 +46,14 @@ void ApplyOverrides(Session& session, const std::vector<SettingOverride>& overri
     }
 }
 
-// The player is started only when it isn't running and its path names a file.
+// The player is started only when it isn't running and its path is there; a missing player
+// is skipped silently.
 void StartPlayerIfWanted(Session& session, SessionData& data, const StartupEnvironment& env) {
     if (!env.startPlayer || session.Settings.AutoLoadPlayer != 1 || data.PlayerRunning(session)) {
         return;
     }
     const std::string path(Trim(CurrentPlayerPath(session.Settings)));
-    if (!path.empty() && FileExists(path)) {
+    if (!path.empty() && data.PlayerThere(session, path)) {
         data.StartPlayer(session, path);
     }
 }
@@ -75,6 +76,7 @@ void ContinuePreviousRun(Session& session, const SessionFront& front, SessionDat
         data.OpenLastList(session);
     }
     front.Startup.RefreshSetupPlayers();
+    data.SetPlayerMode(session);
     StartPlayerIfWanted(session, data, env);
     front.Panes.ListStats();
     front.Startup.AlignSplitters();
@@ -90,10 +92,11 @@ void WelcomeFirstRun(Session& session, const SessionFront& front, const StartupE
     ValidateINI(session.Settings, env.samples);
 }
 
-void FinishStartup(Session& session, const SessionFront& front) {
+void FinishStartup(Session& session, const SessionFront& front, SessionData& data) {
     const Settings& settings = session.Settings;
     front.Startup.ApplyColumnOrders(settings.ColumnOrderFiles, settings.ColumnOrderPlaylist);
-    front.Startup.UpdatePlayerMode(IsWinampOnlyMode(settings));
+    data.SetPlayerMode(session);
+    front.Startup.UpdatePlayerMode(data.UpdatePlayerMode(session));
     front.Startup.SetTop();
     front.Startup.RefreshSetupPlayers();
     front.Startup.SetIntroPlayPressed(settings.IntroPlay != 0);
@@ -165,7 +168,7 @@ bool InitializeMain(Session& session, const SessionFront& front, SessionData& da
     } else {
         WelcomeFirstRun(session, front, environment);
     }
-    FinishStartup(session, front);
+    FinishStartup(session, front, data);
     return previousRun;
 }
 

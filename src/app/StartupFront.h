@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "playback/PlayerCommands.h"
 #include "util/UserMessage.h"
 
 namespace jk {
@@ -35,7 +36,8 @@ public:
     virtual void SetTop() {}
     virtual void RefreshSetupPlayers() {}
     virtual void ApplyColumnOrders(std::string_view /*files*/, std::string_view /*playlist*/) {}
-    virtual void UpdatePlayerMode(bool /*winampOnly*/) {}
+    // Shows the remote commands and the volume panel that the player can carry.
+    virtual void UpdatePlayerMode(const PlayerMode& /*mode*/) {}
     virtual void SetIntroPlayPressed(bool /*pressed*/) {}
     virtual void UpdateWindowsMode(bool /*trayIcon*/) {}
     virtual void SetViewChecks(bool /*files*/, bool /*folders*/, bool /*playlist*/) {}

@@ -75,6 +75,16 @@ PlayerCommandSet ShownPlayerCommands(std::int16_t kind, const PlayerAbilities& a
 // The volume panel of the status bar is shown for the players that report their volume.
 bool ShowsVolumePanel(std::int16_t kind);
 
+// What UpdatePlayerMode gives the window: the player's kind, the remote commands to show, and
+// whether the volume panel shows.
+struct PlayerMode {
+    std::int16_t kind = 0;
+    PlayerCommandSet shown;
+    bool volumePanel = false;
+
+    friend bool operator==(const PlayerMode&, const PlayerMode&) = default;
+};
+
 // The name of a command as the command-line tool's "remote" takes it ("play", "vol-up", ...).
 std::string_view RemoteCommandName(PlayerCommand command);
 // The command of a name; PlayerCommand::Count when there is none.

@@ -72,7 +72,7 @@ protected:
 };
 
 TEST_F(MprisPlayerTest, ThePlayerIsFoundAndShowsWhatItCanDo) {
-    StartWith(Songs("music", 2, 30));
+    StartWith(Songs("music", 2, 600));
     auto& mpris = static_cast<MprisTransport&>(Player());
     EXPECT_EQ(mpris.BusName(), "org.mpris.MediaPlayer2.mpv");
     const PlayerAbilities can = Player().Abilities();
@@ -84,7 +84,7 @@ TEST_F(MprisPlayerTest, ThePlayerIsFoundAndShowsWhatItCanDo) {
 }
 
 TEST_F(MprisPlayerTest, AListPlaysAndTheRemoteCommandsReadBack) {
-    const std::vector<std::string> songs = Songs("music", 3, 30);
+    const std::vector<std::string> songs = Songs("music", 3, 600);
     StartWith(songs);
     ASSERT_TRUE(test::WaitFor([this] { return Playing("song%201"); }));
     EXPECT_EQ(Player().Status().title, "song 1 ü.mp3");
@@ -115,7 +115,7 @@ TEST_F(MprisPlayerTest, AListPlaysAndTheRemoteCommandsReadBack) {
 }
 
 TEST_F(MprisPlayerTest, IntroPlayStopsAfterTheLastSong) {
-    StartWith(Songs("short", 2, 8));
+    StartWith(Songs("short", 2, 20));
     IntroPlay intro;
     std::vector<IntroAction> actions;
     const bool stopped = test::WaitFor(

@@ -26,7 +26,7 @@ protected:
         }
         bridge.Aim({kPlayerMpv, folder.Player(), "", folder.Folder()});
         for (const char* name : {"one song.mp3", "two \"quoted\" 'song'.mp3", "drei ünï.mp3"}) {
-            songs.push_back(test::WriteSilentSong(folder.File(std::string("music/") + name), 30));
+            songs.push_back(test::WriteSilentSong(folder.File(std::string("music/") + name), 600));
         }
     }
 
@@ -130,7 +130,7 @@ TEST_F(MpvPlayerTest, IntroPlaySkipsAndMovesOnThroughSongsOfKnownLengths) {
     std::vector<std::string> shortSongs;
     for (int i = 0; i < 3; ++i) {
         shortSongs.push_back(
-            test::WriteSilentSong(folder.File("short/" + std::to_string(i) + ".mp3"), 8));
+            test::WriteSilentSong(folder.File("short/" + std::to_string(i) + ".mp3"), 20));
     }
     RunPlaylist(shortSongs, false, settings, bridge, front);
     IntroPlay intro;
@@ -178,8 +178,8 @@ TEST_F(MpvPlayerTest, TheCommandLineRoadStartsMpvWithTempList) {
 TEST_F(MpvPlayerTest, OddPathsReachMpvAsTheyAre) {
     StartIdle();
     const std::vector<std::string> odd = {
-        test::WriteSilentSong(folder.File("odd/new\nline.mp3"), 30),
-        test::WriteSilentSong(folder.File("odd/tab\tand \\ back.mp3"), 30),
+        test::WriteSilentSong(folder.File("odd/new\nline.mp3"), 600),
+        test::WriteSilentSong(folder.File("odd/tab\tand \\ back.mp3"), 600),
     };
     RunPlaylist(odd, false, settings, bridge, front);
     EXPECT_TRUE(test::WaitFor([&] { return Player().Status().trackKey == odd[0]; }));

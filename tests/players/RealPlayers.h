@@ -50,15 +50,16 @@ inline bool WaitFor(const std::function<bool()>& done,
     return true;
 }
 
-// Writes a song of silence that lasts `seconds`: MPEG-1 Layer III frames at 128 kbit/s and
-// 48 kHz, 384 bytes each with no padding, holding nothing but a header. (The frame of
-// silent.mp3 is one byte longer than its header says, which mpv's demuxer does not accept.)
+// Writes a song of silence that lasts `seconds`: MPEG-1 Layer III mono frames at 32 kbit/s and
+// 48 kHz, 96 bytes each with no padding, holding nothing but a header, so that ten minutes
+// take 2.4 MB. (The frame of silent.mp3 is one byte longer than its header says, which mpv's
+// demuxer does not accept.)
 inline std::string WriteSilentSong(const std::string& path, int seconds) {
-    std::string frame(384, '\0');
+    std::string frame(96, '\0');
     frame[0] = '\xFF';
     frame[1] = '\xFB';
-    frame[2] = '\x94';
-    frame[3] = '\x44';
+    frame[2] = '\x14';
+    frame[3] = '\xC4';
     const int frames = (seconds * 48000 + 1151) / 1152;
     std::string bytes;
     bytes.reserve(frame.size() * static_cast<std::size_t>(frames));

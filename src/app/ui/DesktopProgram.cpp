@@ -13,9 +13,11 @@
 #include "platform/Drives.h"
 #include "platform/ExecutableSearch.h"
 #include "platform/InstanceLock.h"
+#include "platform/SystemPlayerPlatform.h"
 #include "platform/TerminationWatch.h"
 #include "platform/UserFolders.h"
 #include "playback/ListWriting.h"
+#include "playback/PlayerBridge.h"
 #include "playback/PlaylistCommands.h"
 
 namespace jk {
@@ -163,6 +165,10 @@ int RunDesktopProgram(QApplication& app) {
     }
 
     SessionData data;
+    // The player is started at start-up, and steered, through this bridge.
+    SystemPlayerPlatform playerPlatform;
+    PlayerBridge player(playerPlatform);
+    data.UsePlayer(&player);
     DesktopProgram program(folder.path, data);
     lock.ListenForRaise([&program] { program.RaiseFromOtherStart(); });
     program.WatchTerminationSignals();

@@ -93,8 +93,9 @@ public:
     void ApplyColumnOrders(std::string_view, std::string_view) override {
         Front("ApplyColumnOrders");
     }
-    void UpdatePlayerMode(bool winamp) override {
-        Front(std::string("UpdatePlayerMode ") + (winamp ? "1" : "0"));
+    void UpdatePlayerMode(const PlayerMode& mode) override {
+        Front("UpdatePlayerMode " + std::to_string(mode.kind) +
+              (mode.volumePanel ? " volume" : ""));
     }
     void SetIntroPlayPressed(bool on) override {
         Front(std::string("SetIntroPlayPressed ") + (on ? "1" : "0"));
@@ -119,7 +120,6 @@ public:
     void SaveListClick() override { Front("SaveListClick"); }
     void StopTimers() override { Front("StopTimers"); }
     void RemoveTrayIcons() override { Front("RemoveTrayIcons"); }
-    void UnhidePlayerWindow() override { Front("UnhidePlayerWindow"); }
     void StoreWindowLayout(jk::Settings& settings) override {
         Front("StoreWindowLayout");
         settings.Width = 10500;
@@ -144,6 +144,10 @@ public:
     void LoadBookmarks(Session& s) override { Data("LoadBookmarks", s); }
     void OptimizeCache(Session& s) override { Data("OptimizeCache", s); }
     void OpenLastList(Session& s) override { Data("OpenLastList", s); }
+    void SetPlayerMode(Session& s) override {
+        SessionData::SetPlayerMode(s);
+        Data("SetPlayerMode", s);
+    }
     bool PlayerRunning(const Session&) override { return playerRunning; }
     void StartPlayer(Session& s, const std::string& path) override {
         startedPlayer = path;
@@ -159,6 +163,7 @@ public:
     void SaveCache(Session& s) override { Data("SaveCache", s); }
     void BackupVirtualCache(Session& s) override { Data("BackupVirtualCache", s); }
     void SaveVirtualCache(Session& s) override { Data("SaveVirtualCache", s); }
+    void UnhidePlayerWindow(Session& s) override { Data("UnhidePlayerWindow", s); }
 
 private:
     void Front(const std::string& name) { log.push_back("front:" + name); }

@@ -41,7 +41,8 @@ TEST(Session, WinampOnlyCommandsFollowThePlayerPath) {
     Session session;
     for (const auto& [path, expected] :
          std::vector<std::pair<std::string, bool>>{{"C:\\Program Files\\WINAMP\\winamp.exe", true},
-                                                   {"/opt/WinAmp2/run", true},
+                                                   {"/opt/WinAmp2/run", false},
+                                                   {"/opt/x/WinAmp.EXE", true},
                                                    {"/usr/bin/mpv", false},
                                                    {"", false}}) {
         session.Settings.PlayerExes[1] = path;

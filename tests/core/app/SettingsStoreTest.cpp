@@ -55,9 +55,9 @@ TEST(SettingsTable, HoldsEachKeyOnceInTheFileOrderOfSections) {
         EXPECT_TRUE(names.insert(ToLower(SettingName(field))).second) << SettingName(field);
     }
     EXPECT_EQ(seen, order);
-    EXPECT_EQ(SettingsTable().size(), 353u);
+    EXPECT_EQ(SettingsTable().size(), 354u);
     EXPECT_EQ(SettingName(SettingsTable().front()), "INIexists.Check");
-    EXPECT_EQ(SettingName(SettingsTable().back()), "Options.HTMLEscape");
+    EXPECT_EQ(SettingName(SettingsTable().back()), "Options.MprisPlayer");
 }
 
 TEST(SettingsTable, KindsMatchTheirMembers) {
@@ -144,6 +144,7 @@ TEST(SettingsStore, LoadDefaultsGivesTheFirstRunValues) {
         {"ExactTimes", "1"},
         {"TagCodepage", "windows-1252"},
         {"HTMLEscape", "1"},
+        {"MprisPlayer", ""},
         {"NeverAsk", "0"},
         {"CacheHits", "0"},
     };

@@ -46,7 +46,7 @@ TEST(Shutdown, WritesEverythingInTheReverseOrderOfStartup) {
         "panel:Saving virtual drives...",
         "data:SaveVirtualCache",
         "front:RemoveTrayIcons",
-        "front:UnhidePlayerWindow",
+        "data:UnhidePlayerWindow",
         "panel:Writing INI...",
         "front:StoreWindowLayout",
     };

@@ -82,11 +82,13 @@ TEST(Startup, APreviousRunTakesEveryStepInItsOrder) {
         "status:Loading previous playlist...",
         "data:OpenLastList",
         "front:RefreshSetupPlayers",
+        "data:SetPlayerMode",
         "data:StartPlayer",
         "front:ListStats",
         "front:AlignSplitters",
         "front:OpenFolder /music/last",
         "front:ApplyColumnOrders",
+        "data:SetPlayerMode",
         "front:UpdatePlayerMode 0",
         "front:SetTop",
         "front:RefreshSetupPlayers",
@@ -130,7 +132,7 @@ TEST(Startup, AFirstRunWelcomesTheUserAndSkipsTheLaterSteps) {
     EXPECT_EQ(recorder.Only("data:"),
               (std::vector<std::string>{"data:InitializeDrives", "data:LoadCache",
                                         "data:LoadVirtualCache", "data:BuildVirtualVolumes",
-                                        "data:LoadBookmarks"}));
+                                        "data:LoadBookmarks", "data:SetPlayerMode"}));
     const auto& log = recorder.log;
     const auto settingsAt = std::find(log.begin(), log.end(), "status:Loading settings...");
     ASSERT_NE(settingsAt, log.end());
@@ -199,6 +201,42 @@ TEST(Startup, StartsThePlayerOnlyWhenWantedAbsentAndPresentOnDisk) {
         if (c.started) {
             EXPECT_EQ(recorder.startedPlayer, folder.File("player"));
         }
+    }
+}
+
+TEST(Startup, ThePlayersKindIsSetBeforeItStartsAndShownAtTheEnd) {
+    struct Case {
+        std::string player;
+        std::string mprisPlayer;
+        std::int16_t kind;
+        std::string mode;
+    };
+    const std::vector<Case> cases = {
+        {"/usr/bin/mpv", "", 6, "front:UpdatePlayerMode 6 volume"},
+        {"/home/nadia/bin/audacious", "", 7, "front:UpdatePlayerMode 7 volume"},
+        {"/usr/bin/mpv", "vlc", 7, "front:UpdatePlayerMode 7 volume"},
+        {"/opt/winamp/winamp.exe", "", 2, "front:UpdatePlayerMode 2 volume"},
+        {"/opt/nad/nad.exe", "", 3, "front:UpdatePlayerMode 3"},
+        {"/usr/bin/xmms", "", 0, "front:UpdatePlayerMode 0"},
+    };
+    for (const Case& c : cases) {
+        const test::TempFolder folder;
+        folder.Write("jukarra2.ini",
+                     "[INIexists]\r\nCheck=1\r\n[Options]\r\nAutoLoadPlayer=1\r\n"
+                     "MprisPlayer=" +
+                         c.mprisPlayer + "\r\n[Player]\r\nPlayerExe1=" + c.player + "\r\n");
+        test::Recorder recorder;
+        std::int16_t kindAtStart = -1;
+        recorder.onData = [&kindAtStart](const std::string& step, Session& session) {
+            if (step == "SetPlayerMode" && kindAtStart < 0) {
+                kindAtStart = session.PlayerKind;
+            }
+        };
+        Session session;
+        RunStartup(session, recorder, recorder, EnvironmentFor(folder));
+        EXPECT_EQ(kindAtStart, c.kind) << c.player;
+        EXPECT_EQ(session.PlayerKind, c.kind) << c.player;
+        EXPECT_TRUE(recorder.Ran(c.mode)) << c.player;
     }
 }
 

@@ -1,0 +1,86 @@
+#include "app/PlayerSession.h"
+
+#include "app/Session.h"
+#include "playback/PlayLists.h"
+#include "playback/PlayerKind.h"
+#include "playback/Shuffler.h"
+
+namespace jk {
+
+namespace {
+
+RunPlaylistResult Run(std::vector<std::string> songs, bool queue, Session& session,
+                      PlayerBridge& bridge, const PlayFront& front) {
+    return RunPlaylist(std::move(songs), queue, PlaySettingsOf(session.Settings), bridge, front);
+}
+
+}  // namespace
+
+PlaySettings PlaySettingsOf(const Settings& settings) {
+    return {settings.LoadMode, settings.HighLoad, settings.HighLoadMode,
+            settings.Spacer,   settings.Delay,    settings.AutoMinimize};
+}
+
+IntroSettings IntroSettingsOf(const Settings& settings) {
+    return {settings.IntroPlay, settings.IntroSkip, settings.IntroLength};
+}
+
+void SetPlayerMode(Session& session, PlayerBridge& bridge) {
+    const PlayerTarget target =
+        PlayerTargetFor(CurrentPlayerPath(session.Settings), session.Settings.MprisPlayer,
+                        session.PlayerKind, session.AppPath);
+    session.PlayerKind = target.kind;
+    bridge.Aim(target);
+}
+
+PlayerMode UpdatePlayerMode(PlayerBridge& bridge) {
+    PlayerMode mode;
+    mode.kind = bridge.Kind();
+    // Only an MPRIS player is asked: the others can do what their table holds.
+    const PlayerAbilities abilities =
+        mode.kind == kPlayerMpris ? bridge.Transport().Abilities() : PlayerAbilities{};
+    mode.shown = ShownPlayerCommands(mode.kind, abilities);
+    mode.volumePanel = ShowsVolumePanel(mode.kind);
+    return mode;
+}
+
+RunPlaylistResult PlayAllRows(const RowList& pane, Session& session, PlayerBridge& bridge,
+                              const PlayFront& front) {
+    return Run(AllRowPaths(pane), false, session, bridge, front);
+}
+
+RunPlaylistResult PlaySelectedRows(const RowList& pane, Session& session, PlayerBridge& bridge,
+                                   const PlayFront& front) {
+    return Run(SelectedRowPaths(pane), false, session, bridge, front);
+}
+
+RunPlaylistResult WrapPlay(const RowList& pane, Session& session, PlayerBridge& bridge,
+                           const PlayFront& front) {
+    return Run(WrappedRowPaths(pane), false, session, bridge, front);
+}
+
+RunPlaylistResult JukarraPlay(const RowList& pane, Session& session, PlayerBridge& bridge,
+                              const PlayFront& front, ShuffleRandom& random) {
+    const bool enhanced = UseEnhancedShuffle(session.Settings.QuickShuffle);
+    return Run(ShuffledRowPaths(pane, enhanced, random), false, session, bridge, front);
+}
+
+RunPlaylistResult QueueRows(const RowList& pane, bool selectedOnly, Session& session,
+                            PlayerBridge& bridge, const PlayFront& front) {
+    return Run(selectedOnly ? SelectedRowPaths(pane) : AllRowPaths(pane), true, session, bridge,
+               front);
+}
+
+IntroAction IntroPlayTimer(const Session& session, PlayerBridge& bridge, IntroPlay& intro) {
+    return intro.Tick(IntroSettingsOf(session.Settings), bridge.Transport());
+}
+
+StatusPanelUpdate StatusTimer(const Session& session, PlayerBridge& bridge, StatusPanels& panels) {
+    if (!ShowsVolumePanel(bridge.Kind()) || session.Settings.ShowCurrSong == 0 ||
+        !bridge.Running()) {
+        return {};
+    }
+    return panels.Update(bridge.Transport().Status(), session.Settings.TimeMode);
+}
+
+}  // namespace jk
