@@ -8,7 +8,7 @@ packages=(
     libtag1-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     clang libclang-rt-14-dev clang-format
-    lame sox mpv mpv-mpris xvfb xauth
+    lame sox mpv mpv-mpris dbus-daemon xvfb xauth
     python3 python3-mutagen
 )
 

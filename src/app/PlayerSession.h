@@ -6,8 +6,8 @@
 
 #include <cstdint>
 
+#include "listing/ListRow.h"
 #include "playback/IntroPlay.h"
-#include "playback/ListRow.h"
 #include "playback/PlayerBridge.h"
 #include "playback/RunPlaylist.h"
 #include "playback/ShuffleRandom.h"

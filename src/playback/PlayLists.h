@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "playback/ListRow.h"
+#include "listing/ListRow.h"
 #include "playback/ShuffleRandom.h"
 
 namespace jk {

@@ -9,8 +9,10 @@
 #include "app/cli/CliContext.h"
 #include "app/cli/CliPlayer.h"
 #include "app/cli/CliRegistry.h"
-#include "app/cli/ListCommandSupport.h"
-#include "app/cli/SongCommandSupport.h"
+#include "app/cli/CommandArgs.h"
+#include "app/cli/CommandOutput.h"
+#include "app/cli/ProgressLine.h"
+#include "app/cli/SongLookupRun.h"
 #include "browse/CacheScan.h"
 #include "browse/FolderScan.h"
 #include "platform/DirectoryListing.h"
@@ -29,7 +31,7 @@ bool AddRows(Session& session, const std::string& path, SongLookupContext& looku
              const ScanSetup& walk, RowList& rows) {
     const FileStatus file = StatPath(path);
     if (!file.exists) {
-        CliContext::Error(path + ": no such file or folder");
+        PrintError(path + ": no such file or folder");
         return false;
     }
     if (file.isDirectory) {
@@ -44,14 +46,13 @@ bool AddRows(Session& session, const std::string& path, SongLookupContext& looku
         const ListReadResult read =
             AppendListNow(path, rows, CachedSongSource(lookup), session.Settings.HideGhosts);
         if (!read.Ok()) {
-            CliContext::Error(ListErrorLine(path, read.error));
+            PrintError(ListErrorLine(path, read.error));
             return false;
         }
         return true;
     }
     if (!ScanAddSong(path, rows, session.Settings.FilterMode, lookup)) {
-        CliContext::Error(path + ": not a song the file filter (" + session.FileFilter +
-                          ") lets through");
+        PrintError(path + ": not a song the file filter (" + session.FileFilter + ") lets through");
         return false;
     }
     return true;
@@ -109,7 +110,7 @@ int RunPlay(CliContext& context, std::span<const std::string> args) {
         return FinishOutput(kExitFailed);
     }
     if (rows.empty()) {
-        CliContext::Error("no songs to play");
+        PrintError("no songs to play");
         return FinishOutput(kExitFailed);
     }
 
@@ -120,10 +121,8 @@ int RunPlay(CliContext& context, std::span<const std::string> args) {
         .minimizeMain = {},
         .showWinPlayIcon = {},
         .showMessage =
-            [](const UserMessage& message) {
-                CliContext::Error(message.title + " " + message.text);
-            },
-        .progress = CliContext::ProgressOn(progress),
+            [](const UserMessage& message) { PrintError(message.title + " " + message.text); },
+        .progress = ProgressOn(progress),
     };
     RunPlaylistResult result;
     if (parsed.Has("--queue")) {
@@ -138,7 +137,7 @@ int RunPlay(CliContext& context, std::span<const std::string> args) {
     if (!result.error.empty()) {
         // The player not found was told already, in the program's words.
         if (result.road == PlayRoad::Messages) {
-            CliContext::Error(result.error);
+            PrintError(result.error);
         }
         return FinishOutput(kExitFailed);
     }

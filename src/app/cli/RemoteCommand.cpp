@@ -13,7 +13,8 @@
 #include "app/cli/CliContext.h"
 #include "app/cli/CliPlayer.h"
 #include "app/cli/CliRegistry.h"
-#include "app/cli/SongCommandSupport.h"
+#include "app/cli/CommandArgs.h"
+#include "app/cli/CommandOutput.h"
 #include "playback/PlayerKind.h"
 #include "util/Text.h"
 #include "util/TimeHelpers.h"
@@ -111,11 +112,11 @@ int RunRemote(CliContext& context, std::span<const std::string> args) {
         return Status(player, parsed.Has("--json"));
     }
     if (!bridge.Running()) {
-        CliContext::Error("the player is not running: " + player.Name());
+        PrintError("the player is not running: " + player.Name());
         return kExitFailed;
     }
     if (!UpdatePlayerMode(bridge).shown.Has(command)) {
-        CliContext::Error(player.Name() + " has no " + name + " command");
+        PrintError(player.Name() + " has no " + name + " command");
         return kExitFailed;
     }
     const std::optional<std::string> volume =

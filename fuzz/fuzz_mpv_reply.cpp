@@ -1,0 +1,25 @@
+// Feeds bytes to the reader of mpv's reply lines, and checks that any text written into a
+// command comes back from a reply unchanged.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "playback/MpvProtocol.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    (void)jk::ParseMpvLine(bytes);
+
+    std::string line = "{\"data\":";
+    jk::AppendMpvString(line, bytes);
+    line += ",\"request_id\":7}";
+    const auto reply = jk::ParseMpvLine(line);
+    if (!reply || reply->data.type != jk::MpvData::Type::Text || reply->data.text != bytes ||
+        reply->requestId != 7) {
+        std::abort();
+    }
+    return 0;
+}
