@@ -163,6 +163,10 @@ bool IsRefusedSongPath(std::string_view path) {
     return Holds(lower, "recycle") || Holds(lower, "windows/recent") || IsInsideTrash(path);
 }
 
+bool IsInsideTrashFolder(std::string_view path) {
+    return IsInsideTrash(path);
+}
+
 bool IsTemporaryInternetFolder(std::string_view path) {
     return Holds(SearchableLower(path), "temporary internet");
 }

@@ -24,6 +24,9 @@ bool PassesFilter(std::string_view nameOrPath, int filterMode);
 // "Trash/files"). The walk still enters such folders; it refuses their files one by one.
 bool IsRefusedSongPath(std::string_view path);
 
+// True when a folder of the path (not its last component) is a trash folder.
+bool IsInsideTrashFolder(std::string_view path);
+
 // A sub-folder whose lower-cased path holds "temporary internet" is not entered.
 bool IsTemporaryInternetFolder(std::string_view path);
 

@@ -1,0 +1,103 @@
+#include "browse/VirtualListing.h"
+
+#include "browse/RowCopy.h"
+#include "browse/ScanAddSong.h"
+#include "catalogue/SongCache.h"
+#include "catalogue/SongFields.h"
+#include "catalogue/VirtualFolders.h"
+
+namespace jk {
+namespace {
+
+constexpr std::size_t kProgressEvery = 4096;
+
+std::size_t AppendSongs(const VirtualVolume& volume, const std::vector<std::size_t>& songs,
+                        RowList& playlist, bool exactTimes, const RowProgress& progress,
+                        std::size_t& done, std::size_t total, bool& stopped) {
+    std::size_t added = 0;
+    for (const std::size_t i : songs) {
+        playlist.push_back(PlaylistRowOf(VirtualSongRow(volume, i, exactTimes)));
+        ++added;
+        if (progress && ++done % kProgressEvery == 0 && !progress(done, total)) {
+            stopped = true;
+            break;
+        }
+    }
+    return added;
+}
+
+}  // namespace
+
+ListRow VirtualSongRow(const VirtualVolume& volume, std::size_t i, bool exactTimes) {
+    std::string path;
+    const SongFieldViews fields = volume.FieldsOf(i, path);
+    const std::string time = ShownTime(fields[kKeyTime - 1], exactTimes);
+    SongView view;
+    view.Title = fields[kKeyTitle - 1];
+    view.Artist = fields[kKeyArtist - 1];
+    view.Album = fields[kKeyAlbum - 1];
+    view.Year = fields[kKeyYear - 1];
+    view.Genre = fields[kKeyGenre - 1];
+    view.Time = time;
+    view.Bitrate = fields[kKeyBitrate - 1];
+    view.Path = path;
+    view.Comment = fields[kKeyComment - 1];
+    view.Size = fields[kKeySize - 1];
+    view.Volume = fields[kKeyVolume - 1];
+    view.Date = fields[kKeyDate - 1];
+    view.LastUsed = fields[kKeyLastUsed - 1];
+    return FilesPaneRow(view, path);
+}
+
+std::size_t GetVirtualFolder(const VolumeTable& table, std::string_view key, RowList& rows,
+                             bool exactTimes) {
+    rows.clear();
+    const VirtualKeyParts parts = SplitVirtualKey(key);
+    const std::size_t v = FindVolume(table, parts.Volume);
+    if (v == kNoVolume) {
+        return 0;
+    }
+    const std::vector<std::size_t> songs = SongsOfVirtualFolder(table[v], parts.Folder, false);
+    rows.reserve(songs.size());
+    for (const std::size_t i : songs) {
+        rows.push_back(VirtualSongRow(table[v], i, exactTimes));
+    }
+    return rows.size();
+}
+
+std::size_t RecurseDirVirtual(const VolumeTable& table, std::string_view key, RowList& playlist,
+                              bool exactTimes, const RowProgress& progress) {
+    const VirtualKeyParts parts = SplitVirtualKey(key);
+    const std::size_t v = FindVolume(table, parts.Volume);
+    if (v == kNoVolume) {
+        return 0;
+    }
+    const std::vector<std::size_t> songs = SongsOfVirtualFolder(table[v], parts.Folder, true);
+    std::size_t done = 0;
+    bool stopped = false;
+    playlist.reserve(playlist.size() + songs.size());
+    return AppendSongs(table[v], songs, playlist, exactTimes, progress, done, songs.size(),
+                       stopped);
+}
+
+std::size_t RecurseAllVirtual(const VolumeTable& table, RowList& playlist, bool exactTimes,
+                              const RowProgress& progress) {
+    const auto total = static_cast<std::size_t>(TotalSongs(table));
+    playlist.reserve(playlist.size() + total);
+    std::size_t done = 0;
+    std::size_t added = 0;
+    bool stopped = false;
+    for (const VirtualVolume& volume : table) {
+        std::vector<std::size_t> songs(volume.Count());
+        for (std::size_t i = 0; i < songs.size(); ++i) {
+            songs[i] = i;
+        }
+        added += AppendSongs(volume, songs, playlist, exactTimes, progress, done, total, stopped);
+        if (stopped) {
+            break;
+        }
+    }
+    return added;
+}
+
+}  // namespace jk

@@ -1,0 +1,104 @@
+#pragma once
+
+// A catalogued disc: its friendly name and the song records of its scan, held compactly. A
+// record of a volume always carries the volume's name in Volume, so the name is kept once; a
+// Path is kept as its folder (shared by every song of that folder) and its file name; the other
+// texts lie back to back in large blocks behind one-byte lengths. A million songs take less
+// memory than master.dat takes on disk. Records go out by value (SongInfo) or as views.
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "catalogue/PackedSong.h"
+#include "metadata/SongInfo.h"
+
+namespace jk {
+
+class VirtualVolume {
+public:
+    VirtualVolume() = default;
+    explicit VirtualVolume(std::string name) : Name(std::move(name)) {}
+    VirtualVolume(VirtualVolume&&) noexcept = default;
+    VirtualVolume& operator=(VirtualVolume&&) noexcept = default;
+    VirtualVolume(const VirtualVolume&) = delete;
+    VirtualVolume& operator=(const VirtualVolume&) = delete;
+    ~VirtualVolume();
+
+    std::string Name;
+
+    std::size_t Count() const { return m_entries.size(); }
+    bool Empty() const { return m_entries.empty(); }
+
+    // VolumeAppend: the song's Volume is not kept (it is the volume's name). Fields longer than
+    // the 65535 bytes a file can hold are cut as a save would cut them.
+    void Append(const SongInfo& song);
+    void Append(const SongFieldViews& fields, std::int16_t track, std::int16_t reserved);
+
+    // Song `i` (0-based) by value, its Volume the volume's name.
+    SongInfo Song(std::size_t i) const;
+    // Every field but Path and Volume, without a copy; holds until the volume changes.
+    std::string_view Field(std::size_t i, int key) const;
+    std::string PathOf(std::size_t i) const;
+    // The folder part of the path, up to and with its last separator ("/" or "\"), and the rest.
+    std::string_view FolderOf(std::size_t i) const;
+    std::string_view FileNameOf(std::size_t i) const;
+    std::uint32_t FolderIndexOf(std::size_t i) const { return m_entries[i].folder; }
+    std::int16_t TrackOf(std::size_t i) const { return m_entries[i].track; }
+    std::int16_t ReservedOf(std::size_t i) const { return m_entries[i].reserved; }
+    // The fields of song `i` in key order; Path is built into `pathScratch`.
+    SongFieldViews FieldsOf(std::size_t i, std::string& pathScratch) const;
+
+    // The distinct folder parts of the paths, in the order first met.
+    const std::vector<std::string_view>& Folders() const { return m_folderNames; }
+
+    // Orders the songs by Path, byte by byte (sort key 8); songs of one path keep their order.
+    void SortByPath();
+    bool IsSortedByPath() const;
+
+    // Drops every song.
+    void Clear();
+    // Songs taken over from another volume, appended (the other is left empty).
+    void TakeSongs(VirtualVolume& other);
+
+    // Bytes of memory held (for the benchmarks).
+    std::size_t MemoryBytes() const;
+
+private:
+    struct Entry {
+        std::uint32_t chunk = 0;
+        std::uint32_t offset = 0;
+        std::uint32_t folder = 0;
+        std::int16_t track = 0;
+        std::int16_t reserved = 0;
+    };
+
+    std::uint32_t FolderIndex(std::string_view folder);
+    const unsigned char* RecordAt(const Entry& entry) const;
+    char* Reserve(std::size_t bytes, Entry& entry);
+    int ComparePaths(const Entry& a, const Entry& b) const;
+
+    std::vector<Entry> m_entries;
+    std::vector<std::unique_ptr<char[]>> m_chunks;
+    std::size_t m_chunkUsed = 0;
+    std::size_t m_chunkSize = 0;
+    // Folder texts live in their own blocks, so the views stay put as folders are added.
+    std::vector<std::unique_ptr<char[]>> m_folderBlocks;
+    std::size_t m_folderBlockUsed = 0;
+    std::size_t m_folderBlockSize = 0;
+    std::vector<std::string_view> m_folderNames;
+    std::unordered_map<std::string_view, std::uint32_t> m_folderIndex;
+    std::uint32_t m_lastFolder = UINT32_MAX;
+    std::size_t m_textBytes = 0;
+    std::size_t m_allocated = 0;
+};
+
+// Splits a path after its last separator ("/" or "\"): the folder part (with the separator)
+// and the file name. No separator: no folder part.
+std::size_t FileNameStart(std::string_view path);
+
+}  // namespace jk
