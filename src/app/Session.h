@@ -12,6 +12,10 @@
 
 #include "app/Settings.h"
 #include "browse/DriveRoot.h"
+#include "catalogue/Bookmarks.h"
+#include "catalogue/DiscPresence.h"
+#include "catalogue/VirtualCatalogue.h"
+#include "catalogue/VirtualFolders.h"
 #include "catalogue/SongCache.h"
 #include "playback/PlaylistState.h"
 
@@ -59,7 +63,25 @@ struct Session {
     DriveList Drives;
     std::function<DriveList()> DriveLister;
 
-    // ---- Virtual drive database (VirtualVolumes) joins here when it is built. ----
+    // The virtual drive database: VirtualVolumes, the passing flat form VirtualDrive, the
+    // identities of the discs, and what this run has done to its files.
+    VirtualCatalogue Virtual;
+    // The folder nodes of each volume, as LoadVirtualFolders made them (in the table's order).
+    std::vector<std::vector<VirtualFolderNode>> VirtualTrees;
+    // The questions of loading the database; null answers No and shows nothing.
+    CatalogueQuestions* CatalogueAsk = nullptr;
+    // The file system the database is saved through (tests put a faulty one here); null for
+    // the real one.
+    CatalogueFiles* Files = nullptr;
+    // Called between the steps of a save (a test hook); empty normally.
+    SaveStepHook SaveHook;
+    // The mounted discs, from the platform layer; empty: none known.
+    std::function<MountedDiscs()> DiscLister;
+    // Opens the door of the drive that holds a path (EjectCD); empty: nothing happens.
+    std::function<void(const std::string& path)> Ejector;
+
+    // BookmarkList, in the order of the menu.
+    BookmarkList Bookmarks;
 };
 
 // The settings file of a session.

@@ -6,6 +6,9 @@
 #include "app/ProfileFile.h"
 #include "app/Session.h"
 #include "app/SongLookup.h"
+#include "app/VirtualDrives.h"
+#include "util/Text.h"
+#include "catalogue/VolumeFile.h"
 #include "catalogue/CacheMaintenance.h"
 #include "catalogue/VBaseFile.h"
 #include "playback/CachedSongSource.h"
@@ -14,9 +17,8 @@
 #include "playback/PlayerKind.h"
 #include "util/FileIo.h"
 
-// The drives, the song cache, the playlist and the player are bound to their routines. Until
-// the virtual drives and bookmarks are bound here, their steps leave the session as it is:
-// empty catalogues.
+// The drives, the song cache, the virtual drives, the bookmarks, the playlist and the player
+// are bound to their routines.
 
 namespace jk {
 
@@ -41,11 +43,49 @@ void SessionData::LoadCache(Session& session, const StepProgress& progress) {
     jk::LoadCache(session.SongCache, session.AppPath, splash);
 }
 
-void SessionData::LoadVirtualCache(Session& /*session*/, const StepProgress& /*progress*/) {}
+namespace {
 
-void SessionData::BuildVirtualVolumes(Session& /*session*/, const StepProgress& /*progress*/) {}
+// Answers No and shows nothing: a front end without questions.
+class NoQuestions final : public CatalogueQuestions {
+public:
+    bool AskYesNo(const UserMessage& /*question*/) override { return false; }
+    void ShowMessage(const UserMessage& /*message*/) override {}
+};
 
-void SessionData::LoadBookmarks(Session& /*session*/) {}
+}  // namespace
+
+void SessionData::LoadVirtualCache(Session& session, const StepProgress& progress) {
+    NoQuestions none;
+    CatalogueQuestions& questions = session.CatalogueAsk != nullptr ? *session.CatalogueAsk : none;
+    CatalogueFiles& files = session.Files != nullptr ? *session.Files : RealCatalogueFiles();
+    RemoveSaveLeftovers(files, session.AppPath);
+    LoadProgress splash;
+    if (progress) {
+        splash = [&progress](std::int64_t done, std::int64_t total) { progress(done, total); };
+    }
+    // The keys of the settings file decide, as the settings are only read later in start-up.
+    const ProfileFile ini = ProfileFile::Load(IniPath(session));
+    const auto flag = [&ini](std::string_view key) {
+        // A first run has no file: the defaults are on.
+        return !ini.HasSection("INIexists") || Val(ini.GetINI("Options", key)) != 0;
+    };
+    const CatalogueOptions options{flag("SafeCatalogue"), flag("DiscIdentity")};
+    if (jk::LoadVirtualCache(session.Virtual, session.AppPath, options, questions, splash)) {
+        session.VolumesReady = -1;
+    }
+}
+
+void SessionData::BuildVirtualVolumes(Session& session, const StepProgress& /*progress*/) {
+    jk::BuildVirtualVolumes(session.Virtual.VirtualDrive, session.Virtual.Volumes);
+}
+
+void SessionData::LoadVirtualFolders(Session& session) {
+    session.VirtualTrees = jk::LoadVirtualFolders(session.Virtual.Volumes);
+}
+
+void SessionData::LoadBookmarks(Session& session) {
+    session.Bookmarks = jk::LoadBookmarks(session.AppPath + std::string(kBookmarkFileName));
+}
 
 void SessionData::OptimizeCache(Session& session) {
     FlushCacheOnCodepageChange(session, SettingScope::ThisRun);
@@ -111,16 +151,30 @@ void SessionData::TrimCache(Session& session) {
     jk::TrimCache(session.SongCache, session.CacheLimit, session.CacheFrozen);
 }
 
-void SessionData::SaveBookmarks(Session& /*session*/) {}
+void SessionData::SaveBookmarks(Session& session) {
+    jk::SaveBookmarks(session.AppPath + std::string(kBookmarkFileName), session.Bookmarks);
+}
 
 void SessionData::SaveCache(Session& session) {
     // A cache that cannot be written is only a slower next start; the shutdown goes on.
     SaveSessionCache(session);
 }
 
-void SessionData::BackupVirtualCache(Session& /*session*/) {}
+void SessionData::BackupVirtualCache(Session& session) {
+    session.Virtual.BackupRequested = true;
+}
 
-void SessionData::SaveVirtualCache(Session& /*session*/) {}
+std::optional<UserMessage> SessionData::SaveVirtualCache(Session& session) {
+    if (SaveVirtualDatabase(session).ok) {
+        session.VirtualDirty = 0;
+        return std::nullopt;
+    }
+    // Without SafeCatalogue, saving has no message of its own.
+    if (session.Settings.SafeCatalogue == 0) {
+        return std::nullopt;
+    }
+    return CatalogueNotSavedMessage();
+}
 
 void SessionData::UnhidePlayerWindow(Session& /*session*/) {
     if (m_player != nullptr) {

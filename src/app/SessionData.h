@@ -37,6 +37,8 @@ public:
     // Sets VolumesReady to -1 when the database is already held per volume.
     virtual void LoadVirtualCache(Session& session, const StepProgress& progress);
     virtual void BuildVirtualVolumes(Session& session, const StepProgress& progress);
+    // Sorts each volume's songs and makes the nodes of its folders (Session::VirtualTrees).
+    virtual void LoadVirtualFolders(Session& session);
     virtual void LoadBookmarks(Session& session);
     virtual void OptimizeCache(Session& session);
     // "lastlist.m3u" of the data folder into the playlist, through the song cache, when
@@ -59,7 +61,8 @@ public:
     virtual void SaveBookmarks(Session& session);
     virtual void SaveCache(Session& session);
     virtual void BackupVirtualCache(Session& session);
-    virtual void SaveVirtualCache(Session& session);
+    // Writes the database; the failure (only ever told with SafeCatalogue on) when it could not.
+    virtual std::optional<UserMessage> SaveVirtualCache(Session& session);
     // Un-hides a hidden WinPlay3.
     virtual void UnhidePlayerWindow(Session& session);
 

@@ -239,6 +239,8 @@ struct Settings {
     // The MPRIS player to steer, by the last part of its bus name ("vlc", "mpv"); "" to go by
     // the player's path.
     std::string MprisPlayer;
+    std::int16_t DiscIdentity = 0;
+    std::int16_t SafeCatalogue = 0;
 };
 
 // The player in use: the first entry of the player list.

@@ -303,6 +303,8 @@ void AddOptions(TableBuilder& t) {
     t.Text(o, "TagCodepage", &S::TagCodepage, "windows-1252");
     t.I16(o, "HTMLEscape", &S::HTMLEscape, 1);
     t.Text(o, "MprisPlayer", &S::MprisPlayer);
+    t.I16(o, "DiscIdentity", &S::DiscIdentity, 1);
+    t.I16(o, "SafeCatalogue", &S::SafeCatalogue, 1);
 }
 
 std::vector<SettingField> BuildTable() {

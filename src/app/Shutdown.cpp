@@ -11,6 +11,7 @@ namespace {
 constexpr std::string_view kPanelShuttingDown = "Shutting down...";
 constexpr std::string_view kPanelAutoSaving = "AutoSaving list...";
 constexpr std::string_view kPanelCleaning = "Cleaning cache...";
+constexpr std::string_view kPanelSavingBookmarks = "Saving bookmarks...";
 constexpr std::string_view kPanelSavingCache = "Saving cache...";
 constexpr std::string_view kPanelBackingUp = "Backing up virtual cache...";
 constexpr std::string_view kPanelSavingVirtual = "Saving virtual drives...";
@@ -72,7 +73,9 @@ void SaveVirtualDrivesIfChanged(Session& session, const SessionFront& front, Ses
     front.Panes.SetPanelText(kPanelBackingUp);
     data.BackupVirtualCache(session);
     front.Panes.SetPanelText(kPanelSavingVirtual);
-    data.SaveVirtualCache(session);
+    if (const auto failure = data.SaveVirtualCache(session)) {
+        front.Messages.ShowMessage(*failure);
+    }
 }
 
 }  // namespace
@@ -90,6 +93,7 @@ ShutdownResult FormUnload(Session& session, const SessionFront& front, SessionDa
     SaveLastListIfRemembered(session, front, data);
     front.Panes.SetPanelText(kPanelCleaning);
     data.TrimCache(session);
+    front.Panes.SetPanelText(kPanelSavingBookmarks);
     data.SaveBookmarks(session);
     front.Panes.SetPanelText(kPanelSavingCache);
     data.SaveCache(session);

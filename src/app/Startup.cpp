@@ -150,6 +150,7 @@ bool InitializeMain(Session& session, const SessionFront& front, SessionData& da
     }
 
     front.Startup.SetStatus(kStatusFolders);
+    data.LoadVirtualFolders(session);
     front.Panes.LoadVirtualFolders();
 
     // Defaults before the settings file, so that a key it never reads keeps its default.

@@ -31,6 +31,8 @@ struct VirtualCatalogue {
     bool LoadedWhole = false;
     // The generations have moved on in this run already.
     bool BackupsMoved = false;
+    // BackupVirtualCache asked the next save to move the generations on first.
+    bool BackupRequested = false;
 };
 
 struct CatalogueOptions {
