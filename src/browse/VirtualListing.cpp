@@ -31,7 +31,10 @@ std::size_t AppendSongs(const VirtualVolume& volume, const std::vector<std::size
 ListRow VirtualSongRow(const VirtualVolume& volume, std::size_t i, bool exactTimes) {
     std::string path;
     const SongFieldViews fields = volume.FieldsOf(i, path);
-    const std::string time = ShownTime(fields[kKeyTime - 1], exactTimes);
+    // Songs keep the Time their scan gave ("MM:SS"); older files may hold the cache's "MMSS".
+    std::string stored(fields[kKeyTime - 1]);
+    std::erase(stored, ':');
+    const std::string time = ShownTime(stored, exactTimes);
     SongView view;
     view.Title = fields[kKeyTitle - 1];
     view.Artist = fields[kKeyArtist - 1];

@@ -141,6 +141,7 @@ public:
     void BuildVirtualVolumes(Session& s, const StepProgress&) override {
         Data("BuildVirtualVolumes", s);
     }
+    void LoadVirtualFolders(Session& s) override { Data("LoadVirtualFolders", s); }
     void LoadBookmarks(Session& s) override { Data("LoadBookmarks", s); }
     void OptimizeCache(Session& s) override { Data("OptimizeCache", s); }
     void OpenLastList(Session& s) override { Data("OpenLastList", s); }
@@ -162,7 +163,11 @@ public:
     void SaveBookmarks(Session& s) override { Data("SaveBookmarks", s); }
     void SaveCache(Session& s) override { Data("SaveCache", s); }
     void BackupVirtualCache(Session& s) override { Data("BackupVirtualCache", s); }
-    void SaveVirtualCache(Session& s) override { Data("SaveVirtualCache", s); }
+    std::optional<UserMessage> SaveVirtualCache(Session& s) override {
+        Data("SaveVirtualCache", s);
+        return virtualSaveFailure;
+    }
+    std::optional<UserMessage> virtualSaveFailure;
     void UnhidePlayerWindow(Session& s) override { Data("UnhidePlayerWindow", s); }
 
 private:

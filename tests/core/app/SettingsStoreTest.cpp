@@ -55,9 +55,9 @@ TEST(SettingsTable, HoldsEachKeyOnceInTheFileOrderOfSections) {
         EXPECT_TRUE(names.insert(ToLower(SettingName(field))).second) << SettingName(field);
     }
     EXPECT_EQ(seen, order);
-    EXPECT_EQ(SettingsTable().size(), 354u);
+    EXPECT_EQ(SettingsTable().size(), 356u);
     EXPECT_EQ(SettingName(SettingsTable().front()), "INIexists.Check");
-    EXPECT_EQ(SettingName(SettingsTable().back()), "Options.MprisPlayer");
+    EXPECT_EQ(SettingName(SettingsTable().back()), "Options.SafeCatalogue");
 }
 
 TEST(SettingsTable, KindsMatchTheirMembers) {
@@ -145,6 +145,8 @@ TEST(SettingsStore, LoadDefaultsGivesTheFirstRunValues) {
         {"TagCodepage", "windows-1252"},
         {"HTMLEscape", "1"},
         {"MprisPlayer", ""},
+        {"DiscIdentity", "1"},
+        {"SafeCatalogue", "1"},
         {"NeverAsk", "0"},
         {"CacheHits", "0"},
     };
@@ -188,6 +190,8 @@ TEST(SettingsStore, KeysMissingFromAnExistingFileReadZeroOrEmpty) {
         {"ColumnOrder.Files", ""},
         {"TagCodepage", ""},
         {"ReadID3v2", "0"},
+        {"DiscIdentity", "0"},
+        {"SafeCatalogue", "0"},
         {"Check", "1"},
         // The guarded keys keep their defaults.
         {"IntroLength", "7"},

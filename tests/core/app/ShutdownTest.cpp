@@ -38,6 +38,7 @@ TEST(Shutdown, WritesEverythingInTheReverseOrderOfStartup) {
         "data:SaveLastList",
         "panel:Cleaning cache...",
         "data:TrimCache",
+        "panel:Saving bookmarks...",
         "data:SaveBookmarks",
         "panel:Saving cache...",
         "data:SaveCache",

@@ -66,6 +66,7 @@ TEST(Startup, APreviousRunTakesEveryStepInItsOrder) {
         "status:Initializing virtual drives...",
         "data:BuildVirtualVolumes",
         "status:Creating virtual folders...",
+        "data:LoadVirtualFolders",
         "front:LoadVirtualFolders",
         "status:Getting bookmarks...",
         "data:LoadBookmarks",
