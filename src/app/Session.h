@@ -14,9 +14,9 @@
 #include "browse/DriveRoot.h"
 #include "catalogue/Bookmarks.h"
 #include "catalogue/DiscPresence.h"
+#include "catalogue/SongCache.h"
 #include "catalogue/VirtualCatalogue.h"
 #include "catalogue/VirtualFolders.h"
-#include "catalogue/SongCache.h"
 #include "playback/PlaylistState.h"
 
 namespace jk {

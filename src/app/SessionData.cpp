@@ -7,15 +7,15 @@
 #include "app/Session.h"
 #include "app/SongLookup.h"
 #include "app/VirtualDrives.h"
-#include "util/Text.h"
-#include "catalogue/VolumeFile.h"
 #include "catalogue/CacheMaintenance.h"
 #include "catalogue/VBaseFile.h"
+#include "catalogue/VolumeFile.h"
 #include "playback/CachedSongSource.h"
 #include "playback/ListReading.h"
 #include "playback/ListWriting.h"
 #include "playback/PlayerKind.h"
 #include "util/FileIo.h"
+#include "util/Text.h"
 
 // The drives, the song cache, the virtual drives, the bookmarks, the playlist and the player
 // are bound to their routines.

@@ -68,9 +68,10 @@ void AddScanned(Session& session, VirtualVolume scratch) {
 }  // namespace
 
 UserMessage VolumeNameRefusedMessage() {
-    return {"The volume name given contains illegal characters (colons, slashes, etc), is all "
-            "numeric, or already exists.",
-            "Drats!", MessageIcon::Warning};
+    return {
+        "The volume name given contains illegal characters (colons, slashes, etc), is all "
+        "numeric, or already exists.",
+        "Drats!", MessageIcon::Warning};
 }
 
 UserMessage RenameRefusedMessage(std::string_view name) {
@@ -232,8 +233,8 @@ IoResult SaveVirtualDatabase(Session& session) {
     VirtualCatalogue& catalogue = session.Virtual;
     const CatalogueOptions options = OptionsOf(session);
     CatalogueSave save;
-    save.moveBackups = SaveMovesBackups(catalogue, options) &&
-                       (options.safe || catalogue.BackupRequested);
+    save.moveBackups =
+        SaveMovesBackups(catalogue, options) && (options.safe || catalogue.BackupRequested);
     save.hook = session.SaveHook;
     IoResult result = SaveVirtualCatalogue(catalogue, session.AppPath, FilesOf(session), save);
     if (result.ok) {

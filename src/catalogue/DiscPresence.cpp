@@ -28,8 +28,8 @@ const MountedDisc* DiscOfPath(const MountedDiscs& discs, std::string_view path) 
 }
 
 DiscRecord RecordOfDisc(std::string_view volume, const MountedDisc& disc, std::string scanDate) {
-    return {std::string(volume), disc.Label, disc.Uuid, disc.Type, disc.MountRoot,
-            std::move(scanDate)};
+    return {std::string(volume), disc.Label,     disc.Uuid,
+            disc.Type,           disc.MountRoot, std::move(scanDate)};
 }
 
 const MountedDisc* FindVolumeDisc(std::string_view volume, const DiscRecords& records,

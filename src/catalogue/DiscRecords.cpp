@@ -71,9 +71,8 @@ std::string DiscsBytes(const DiscRecords& records) {
     std::string out(kHeader);
     out += "\r\n";
     for (const DiscRecord& r : records) {
-        const std::array<const std::string*, kFields> fields = {&r.Volume,    &r.Label,
-                                                                &r.Uuid,      &r.Type,
-                                                                &r.MountRoot, &r.ScanDate};
+        const std::array<const std::string*, kFields> fields = {
+            &r.Volume, &r.Label, &r.Uuid, &r.Type, &r.MountRoot, &r.ScanDate};
         for (std::size_t i = 0; i < kFields; ++i) {
             if (i > 0) {
                 out.push_back('\t');

@@ -66,21 +66,24 @@ void EmptyTables(VirtualCatalogue& catalogue) {
 }  // namespace
 
 UserMessage LoadBackupQuestion() {
-    return {"Problems were encountered loading the virtual-drive database.  Would you like to "
-            "try loading the backup?",
-            "Verify", MessageIcon::Question};
+    return {
+        "Problems were encountered loading the virtual-drive database.  Would you like to "
+        "try loading the backup?",
+        "Verify", MessageIcon::Question};
 }
 
 UserMessage LoadOlderBackupQuestion() {
-    return {"Problems were encountered loading the virtual-drive database backup.  Would you "
-            "like to try loading another older backup?",
-            "Verify", MessageIcon::Question};
+    return {
+        "Problems were encountered loading the virtual-drive database backup.  Would you "
+        "like to try loading another older backup?",
+        "Verify", MessageIcon::Question};
 }
 
 UserMessage CatalogueBeyondRepairMessage() {
-    return {"Sorry, looks like the cache (and any backups) were corrupt beyond repair.  You will "
-            "have to rebuild your virtual-drives.",
-            "Error", MessageIcon::Critical};
+    return {
+        "Sorry, looks like the cache (and any backups) were corrupt beyond repair.  You will "
+        "have to rebuild your virtual-drives.",
+        "Error", MessageIcon::Critical};
 }
 
 UserMessage CatalogueNotSavedMessage() {
@@ -96,8 +99,7 @@ void RemoveSaveLeftovers(CatalogueFiles& files, const std::string& folder) {
             const std::string hidden = "." + std::string(target);
             // Ours (".master.dat.saving") and those of an interrupted atomic write
             // (".master.dat.tmp-123").
-            if (name == hidden + std::string(kSavingSuffix) ||
-                StartsWith(name, hidden + ".tmp-")) {
+            if (name == hidden + std::string(kSavingSuffix) || StartsWith(name, hidden + ".tmp-")) {
                 files.Remove(JoinPath(folder, name));
             }
         }
@@ -198,8 +200,9 @@ public:
     }
 
     // Writes the bytes `write` gives under the temporary name of `target`.
-    IoResult Prepare(std::string_view target,
-                     const std::function<bool(const std::function<bool(std::string_view)>&)>& write) {
+    IoResult Prepare(
+        std::string_view target,
+        const std::function<bool(const std::function<bool(std::string_view)>&)>& write) {
         const std::string temp = SavingName(m_folder, target);
         std::string error;
         std::unique_ptr<FileSink> sink = m_files.Create(temp, error);

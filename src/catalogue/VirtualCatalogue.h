@@ -23,9 +23,9 @@ inline constexpr std::string_view kSavingVirtualStatus = "Saving virtual drives.
 inline constexpr std::string_view kBackingUpVirtualStatus = "Backing up virtual cache...";
 
 struct VirtualCatalogue {
-    VolumeTable Volumes;               // VirtualVolumes
+    VolumeTable Volumes;                 // VirtualVolumes
     std::vector<SongInfo> VirtualDrive;  // the flat passing form of an older file or an image
-    DiscRecords Discs;                 // the discs the volumes came from
+    DiscRecords Discs;                   // the discs the volumes came from
     // master.dat loaded whole (or was missing): only then may this run move the backups on
     // under SafeCatalogue.
     bool LoadedWhole = false;

@@ -105,8 +105,9 @@ std::uint32_t VirtualVolume::FolderIndex(std::string_view folder) {
         return m_lastFolder;
     }
     if (m_folderBlocks.empty() || m_folderBlockUsed + folder.size() > m_folderBlockSize) {
-        const std::size_t next = m_folderBlockSize == 0 ? std::size_t{256}
-                                                        : std::min(m_folderBlockSize * 2, kFolderBlockBytes);
+        const std::size_t next = m_folderBlockSize == 0
+                                     ? std::size_t{256}
+                                     : std::min(m_folderBlockSize * 2, kFolderBlockBytes);
         m_folderBlockSize = std::max(next, folder.size());
         m_allocated += m_folderBlockSize;
         m_folderBlocks.push_back(std::make_unique<char[]>(m_folderBlockSize));
@@ -157,8 +158,9 @@ void VirtualVolume::Append(const SongFieldViews& fields, std::int16_t track,
         if (key == kKeyVolume) {
             continue;
         }
-        const std::string_view text = key == kKeyPath ? path.substr(nameAt)
-                                                      : Storable(fields[static_cast<std::size_t>(key - 1)]);
+        const std::string_view text = key == kKeyPath
+                                          ? path.substr(nameAt)
+                                          : Storable(fields[static_cast<std::size_t>(key - 1)]);
         stored[static_cast<std::size_t>(StoredSlot(key))] = text;
         bytes += VarintBytes(text.size()) + text.size();
     }

@@ -20,7 +20,7 @@ inline constexpr std::string_view kMasterBackup2 = "master.da2";
 inline constexpr std::string_view kMasterBackup3 = "master.da3";
 
 struct VolumesLoad {
-    bool ok = false;          // every record announced was read
+    bool ok = false;           // every record announced was read
     std::int64_t records = 0;  // records read whole and shared out
 };
 

@@ -1,7 +1,7 @@
 #include "platform/DiscMounts.h"
 
-#include <poll.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <atomic>

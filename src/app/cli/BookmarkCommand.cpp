@@ -34,9 +34,11 @@ int RunBookmark(CliContext& context, std::span<const std::string> args) {
     }
     const std::string& sub = args[0];
     if (sub == "list") {
-        const CommandArgs parsed = ParseCommandArgs(args.subspan(1), {"--json"}, {}, "bookmark list");
+        const CommandArgs parsed =
+            ParseCommandArgs(args.subspan(1), {"--json"}, {}, "bookmark list");
         if (!parsed.error.empty() || !parsed.operands.empty()) {
-            return UsageError(parsed.error.empty() ? "bookmark list takes no operand" : parsed.error);
+            return UsageError(parsed.error.empty() ? "bookmark list takes no operand"
+                                                   : parsed.error);
         }
         Session& session = context.StartedSession();
         std::size_t n = 0;
@@ -74,7 +76,8 @@ int RunBookmark(CliContext& context, std::span<const std::string> args) {
         }
         Session& session = context.StartedSession();
         const double n = Val(args[1]);
-        if (args[1].empty() || !IsAllDigits(args[1]) || n < 1 || n > static_cast<double>(session.Bookmarks.size())) {
+        if (args[1].empty() || !IsAllDigits(args[1]) || n < 1 ||
+            n > static_cast<double>(session.Bookmarks.size())) {
             CliContext::Error("bookmark " + args[1] + ": no such bookmark");
             return kExitFailed;
         }

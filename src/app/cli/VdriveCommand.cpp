@@ -65,9 +65,8 @@ int List(CliContext& context, Args args) {
                          .AddText("UUID", uuid)
                          .Text());
         } else {
-            PrintOut(volume.Name + "\t" + std::to_string(volume.Count()) + "\t" +
-                     summary.SizeText + "\t" + summary.TimeText + "\t" + present + "\t" + label +
-                     "\t" + uuid);
+            PrintOut(volume.Name + "\t" + std::to_string(volume.Count()) + "\t" + summary.SizeText +
+                     "\t" + summary.TimeText + "\t" + present + "\t" + label + "\t" + uuid);
         }
     }
     return FinishOutput(kExitOk);
@@ -232,7 +231,8 @@ int Summary(CliContext& context, Args args) {
 }
 
 int Ls(CliContext& context, Args args) {
-    const CommandArgs parsed = ParseCommandArgs(args, {"--recurse", "--json", "--all"}, {}, "vdrive ls");
+    const CommandArgs parsed =
+        ParseCommandArgs(args, {"--recurse", "--json", "--all"}, {}, "vdrive ls");
     if (!parsed.error.empty()) {
         return UsageError(parsed.error);
     }
@@ -307,8 +307,9 @@ int Import(CliContext& context, Args args) {
         PrintOut(name);
     }
     if (!result.ok) {
-        CliContext::Error(path + ": the file is damaged; the volumes read before the damage were "
-                                 "imported");
+        CliContext::Error(path +
+                          ": the file is damaged; the volumes read before the damage were "
+                          "imported");
         return kExitFailed;
     }
     return FinishOutput(front.Told() ? kExitFailed : saved);
@@ -366,8 +367,7 @@ int Restore(CliContext& context, Args args) {
     if (FileExists(master)) {
         std::string current;
         const IoResult read = ReadWholeFile(master, current, std::int64_t{4} << 30);
-        const IoResult kept =
-            read.ok ? WriteFileAtomically(master + ".replaced", current) : read;
+        const IoResult kept = read.ok ? WriteFileAtomically(master + ".replaced", current) : read;
         if (!kept.ok) {
             CliContext::Error("cannot keep the current master.dat: " + kept.error);
             return kExitFailed;
@@ -391,9 +391,9 @@ struct Sub {
     int (*run)(CliContext&, Args);
 };
 
-constexpr Sub kSubs[] = {{"list", &List},     {"create", &Create}, {"update", &Update},
-                         {"remove", &Remove}, {"rename", &Rename}, {"summary", &Summary},
-                         {"ls", &Ls},         {"export", &Export}, {"import", &Import},
+constexpr Sub kSubs[] = {{"list", &List},     {"create", &Create},  {"update", &Update},
+                         {"remove", &Remove}, {"rename", &Rename},  {"summary", &Summary},
+                         {"ls", &Ls},         {"export", &Export},  {"import", &Import},
                          {"where", &Where},   {"restore", &Restore}};
 
 int RunVdrive(CliContext& context, Args args) {
@@ -448,7 +448,8 @@ const CliRegistration kVdriveCommand{CliCommand{
 const CliRegistration kEjectCommand{CliCommand{
     .name = "eject",
     .help = {{"eject PATH", "open the door of the drive that holds PATH"}},
-    .details = "Unmounts the removable or optical medium that holds PATH and ejects it; says nothing.",
+    .details =
+        "Unmounts the removable or optical medium that holds PATH and ejects it; says nothing.",
     .run = &RunEject,
 }};
 

@@ -48,8 +48,9 @@ bool MayChangeCatalogue(CliContext& context, Session& session) {
         return false;
     }
     if (!session.Virtual.LoadedWhole) {
-        CliContext::Error("master.dat did not load whole; nothing was changed (see \"vdrive "
-                          "restore\")");
+        CliContext::Error(
+            "master.dat did not load whole; nothing was changed (see \"vdrive "
+            "restore\")");
         return false;
     }
     return true;
