@@ -133,7 +133,8 @@ TEST(Startup, AFirstRunWelcomesTheUserAndSkipsTheLaterSteps) {
     EXPECT_EQ(recorder.Only("data:"),
               (std::vector<std::string>{"data:InitializeDrives", "data:LoadCache",
                                         "data:LoadVirtualCache", "data:BuildVirtualVolumes",
-                                        "data:LoadBookmarks", "data:SetPlayerMode"}));
+                                        "data:LoadVirtualFolders", "data:LoadBookmarks",
+                                        "data:SetPlayerMode"}));
     const auto& log = recorder.log;
     const auto settingsAt = std::find(log.begin(), log.end(), "status:Loading settings...");
     ASSERT_NE(settingsAt, log.end());
