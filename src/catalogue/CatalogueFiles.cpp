@@ -86,6 +86,11 @@ IoResult PosixCatalogueFiles::Rename(const std::string& from, const std::string&
     return {};
 }
 
+bool PosixCatalogueFiles::Link(const std::string& from, const std::string& to) {
+    ::unlink(to.c_str());
+    return ::link(from.c_str(), to.c_str()) == 0;
+}
+
 bool PosixCatalogueFiles::Remove(const std::string& path) {
     return ::unlink(path.c_str()) == 0;
 }

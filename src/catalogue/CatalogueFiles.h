@@ -33,6 +33,8 @@ public:
     // Reads a whole file (for the copies of the backups).
     virtual IoResult Read(const std::string& path, std::string& out) = 0;
     virtual IoResult Rename(const std::string& from, const std::string& to) = 0;
+    // A second name for a file (a backup costs no copy); false where the file system has none.
+    virtual bool Link(const std::string& /*from*/, const std::string& /*to*/) { return false; }
     virtual bool Remove(const std::string& path) = 0;
     // Makes the renames in a folder durable.
     virtual void SyncFolder(const std::string& folder) = 0;
@@ -47,6 +49,7 @@ public:
     std::unique_ptr<FileSink> Create(const std::string& path, std::string& error) override;
     IoResult Read(const std::string& path, std::string& out) override;
     IoResult Rename(const std::string& from, const std::string& to) override;
+    bool Link(const std::string& from, const std::string& to) override;
     bool Remove(const std::string& path) override;
     void SyncFolder(const std::string& folder) override;
     std::vector<std::string> List(const std::string& folder) override;

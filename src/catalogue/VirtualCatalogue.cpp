@@ -219,7 +219,15 @@ public:
         return finished;
     }
 
+    // The backups are files that are never written in place: a second name for the same file
+    // is as good as a copy, and costs nothing.
     IoResult PrepareCopy(std::string_view from, std::string_view target) {
+        const std::string temp = SavingName(m_folder, target);
+        if (m_files.Link(JoinPath(m_folder, from), temp)) {
+            m_pending.push_back({temp, JoinPath(m_folder, target)});
+            Step("linked " + std::string(target));
+            return {};
+        }
         std::string bytes;
         IoResult read = m_files.Read(JoinPath(m_folder, from), bytes);
         if (!read.ok) {
