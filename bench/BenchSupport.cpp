@@ -67,7 +67,30 @@ std::string DropPageCache(const std::vector<std::string>& files) {
     return "file pages dropped (posix_fadvise; folder metadata stays cached)";
 }
 
-namespace {
+void WalkSongs(const std::string& folder, const std::function<void(const std::string&)>& onSong) {
+    DIR* dir = opendir(folder.c_str());
+    if (dir == nullptr) {
+        return;
+    }
+    std::vector<std::string> subfolders;
+    while (const dirent* entry = readdir(dir)) {
+        const char* name = entry->d_name;
+        if (std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0) {
+            continue;
+        }
+        const std::string path = folder + "/" + name;
+        const std::size_t length = std::strlen(name);
+        if (entry->d_type == DT_DIR) {
+            subfolders.push_back(path);
+        } else if (length > 4 && strcasecmp(name + length - 4, ".mp3") == 0) {
+            onSong(path);
+        }
+    }
+    closedir(dir);
+    for (const std::string& sub : subfolders) {
+        WalkSongs(sub, onSong);
+    }
+}
 
 double CpuSeconds() {
     rusage usage{};
@@ -77,8 +100,6 @@ double CpuSeconds() {
     };
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
-
-}  // namespace
 
 PassResult TimePass(const std::vector<std::string>& files,
                     const std::function<void(const std::string&)>& work) {

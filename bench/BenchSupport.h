@@ -13,6 +13,13 @@ namespace jkbench {
 // Every regular file ending in ".mp3" below `root`, in the order a depth-first walk meets them.
 std::vector<std::string> CollectSongs(const std::string& root);
 
+// A plain depth-first walk with readdir, calling `onSong` for each ".mp3" file: what a peer
+// program does to visit a tree.
+void WalkSongs(const std::string& folder, const std::function<void(const std::string&)>& onSong);
+
+// User and system time of this process so far, in seconds.
+double CpuSeconds();
+
 // Drops the page cache (the whole machine's when we may, else each file's own pages through
 // posix_fadvise). Returns a note of how it was done.
 std::string DropPageCache(const std::vector<std::string>& files);

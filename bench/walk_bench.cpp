@@ -6,7 +6,6 @@
 //
 // --list-only warms the song cache with one walk and times only the list (for profiling).
 
-#include <dirent.h>
 #include <sys/stat.h>
 
 #include <taglib/fileref.h>
@@ -39,33 +38,6 @@
 namespace {
 
 std::size_t g_sink = 0;  // printed at the end, so no pass is optimised away
-
-// A plain depth-first walk with readdir, calling `onSong` for each ".mp3" file: what a peer
-// program does to visit a tree.
-void WalkTree(const std::string& folder, const std::function<void(const std::string&)>& onSong) {
-    DIR* dir = opendir(folder.c_str());
-    if (dir == nullptr) {
-        return;
-    }
-    std::vector<std::string> subfolders;
-    while (const dirent* entry = readdir(dir)) {
-        const char* name = entry->d_name;
-        if (std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0) {
-            continue;
-        }
-        const std::string path = folder + "/" + name;
-        const std::size_t length = std::strlen(name);
-        if (entry->d_type == DT_DIR) {
-            subfolders.push_back(path);
-        } else if (length > 4 && strcasecmp(name + length - 4, ".mp3") == 0) {
-            onSong(path);
-        }
-    }
-    closedir(dir);
-    for (const std::string& sub : subfolders) {
-        WalkTree(sub, onSong);
-    }
-}
 
 double Seconds(const std::function<void()>& work) {
     const auto start = std::chrono::steady_clock::now();
@@ -137,7 +109,7 @@ int main(int argc, char** argv) {
         g_sink += ::stat(path.c_str(), &st) == 0 ? static_cast<std::size_t>(st.st_size) : 0;
     };
     const auto walkWith = [&](const std::function<void(const std::string&)>& onSong) {
-        return Seconds([&] { WalkTree(root, onSong); });
+        return Seconds([&] { jkbench::WalkSongs(root, onSong); });
     };
 
     // Warm page cache.

@@ -29,8 +29,7 @@ std::size_t AppendSongs(const VirtualVolume& volume, const std::vector<std::size
 }  // namespace
 
 ListRow VirtualSongRow(const VirtualVolume& volume, std::size_t i, bool exactTimes) {
-    std::string path;
-    const SongFieldViews fields = volume.FieldsOf(i, path);
+    const SongFieldViews fields = volume.FieldsOf(i);
     // Songs keep the Time their scan gave ("MM:SS"); older files may hold the cache's "MMSS".
     std::string stored(fields[kKeyTime - 1]);
     std::erase(stored, ':');
@@ -43,13 +42,13 @@ ListRow VirtualSongRow(const VirtualVolume& volume, std::size_t i, bool exactTim
     view.Genre = fields[kKeyGenre - 1];
     view.Time = time;
     view.Bitrate = fields[kKeyBitrate - 1];
-    view.Path = path;
+    view.Path = fields[kKeyPath - 1];
     view.Comment = fields[kKeyComment - 1];
     view.Size = fields[kKeySize - 1];
     view.Volume = fields[kKeyVolume - 1];
     view.Date = fields[kKeyDate - 1];
     view.LastUsed = fields[kKeyLastUsed - 1];
-    return FilesPaneRow(view, path);
+    return FilesPaneRow(view, fields[kKeyPath - 1]);
 }
 
 std::size_t GetVirtualFolder(const VolumeTable& table, std::string_view key, RowList& rows,

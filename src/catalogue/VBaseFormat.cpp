@@ -182,23 +182,31 @@ bool VBaseInput::ReadMore(std::size_t wanted) {
     if (m_ended) {
         return false;
     }
-    // Keep only the unread part, then read at least a chunk behind it.
-    if (m_pos > 0) {
-        m_buffer.erase(0, m_pos);
-        m_pos = 0;
+    const std::size_t unread = m_data.size() - m_pos;
+    std::size_t capacity = std::max(m_capacity, kChunkBytes);
+    while (capacity < wanted + kChunkBytes / 2) {
+        capacity *= 2;
     }
-    const std::size_t have = m_buffer.size();
-    const std::size_t read = std::max(kChunkBytes, wanted - std::min(wanted, have));
-    m_buffer.resize(have + read);
+    if (capacity > m_capacity) {
+        auto grown = std::make_unique_for_overwrite<char[]>(capacity);
+        if (unread > 0) {
+            std::memcpy(grown.get(), m_data.data() + m_pos, unread);
+        }
+        m_buffer = std::move(grown);
+        m_capacity = capacity;
+    } else if (unread > 0 && m_pos > 0) {
+        std::memmove(m_buffer.get(), m_data.data() + m_pos, unread);
+    }
+    m_pos = 0;
+    const std::size_t room = m_capacity - unread;
     const std::int64_t got = m_file->ReadAt(
-        m_fileOffset, {reinterpret_cast<std::uint8_t*>(m_buffer.data() + have), read});
+        m_fileOffset, {reinterpret_cast<std::uint8_t*>(m_buffer.get() + unread), room});
     const std::size_t gotBytes = got > 0 ? static_cast<std::size_t>(got) : 0;
-    m_buffer.resize(have + gotBytes);
     m_fileOffset += static_cast<std::int64_t>(gotBytes);
-    if (gotBytes < read) {
+    if (gotBytes < room) {
         m_ended = true;
     }
-    m_data = m_buffer;
+    m_data = std::string_view(m_buffer.get(), unread + gotBytes);
     return gotBytes > 0;
 }
 
@@ -307,18 +315,22 @@ const SongFieldViews& VBaseFieldDecoder::Decode(const SongFieldViews& raw) {
         }
     }
     // Bitrate: the number of its text, padded on the left to width 4 ("128" gives " 128").
-    std::string& bitrate = m_scratch[kKeyBitrate - 1];
     const std::string_view text = m_out[kKeyBitrate - 1];
-    std::string number;
-    if (!text.empty() && text.size() <= 15 && IsAscii(text) &&
+    if (!text.empty() && text.size() <= 15 &&
         std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; })) {
-        number = DigitsOf(text);
+        // The common case, without building a string.
+        const std::string_view digits = DigitsOf(text);
+        const std::size_t pad = digits.size() < 4 ? 4 - digits.size() : 0;
+        std::memset(m_bitrate.data(), ' ', pad);
+        std::memcpy(m_bitrate.data() + pad, digits.data(), digits.size());
+        m_out[kKeyBitrate - 1] = std::string_view(m_bitrate.data(), pad + digits.size());
     } else {
-        number = NumberText(Val(text));
+        const std::string number = NumberText(Val(text));
+        std::string& bitrate = m_scratch[kKeyBitrate - 1];
+        bitrate.assign(number.size() < 4 ? 4 - number.size() : 0, ' ');
+        bitrate += number;
+        m_out[kKeyBitrate - 1] = bitrate;
     }
-    bitrate.assign(number.size() < 4 ? 4 - number.size() : 0, ' ');
-    bitrate += number;
-    m_out[kKeyBitrate - 1] = bitrate;
     return m_out;
 }
 

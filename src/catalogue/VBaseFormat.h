@@ -18,6 +18,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -70,7 +71,9 @@ private:
     bool ReadMore(std::size_t wanted);
 
     const ReadFile* m_file = nullptr;
-    std::string m_buffer;
+    // Filled by large reads; only the unread tail is moved to the front before the next one.
+    std::unique_ptr<char[]> m_buffer;
+    std::size_t m_capacity = 0;
     std::string_view m_data;
     std::size_t m_pos = 0;
     std::int64_t m_fileOffset = 0;
@@ -105,6 +108,7 @@ public:
 
 private:
     std::array<std::string, kSongFieldCount> m_scratch;
+    std::array<char, 16> m_bitrate{};
     SongFieldViews m_out{};
 };
 

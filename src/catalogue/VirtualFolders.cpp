@@ -33,56 +33,64 @@ std::string_view LastComponent(std::string_view cut) {
 
 }  // namespace
 
-std::string CutDrivePart(std::string_view folder) {
+std::string_view CutDrivePartView(std::string_view folder) {
     folder = WithoutFinalSeparators(folder);
     const std::string_view drive = DrivePart(folder);
     std::string_view rest = drive == "/" ? folder : folder.substr(drive.size());
     while (!rest.empty() && IsSeparator(rest.back())) {
         rest.remove_suffix(1);
     }
-    return std::string(rest);
+    return rest;
+}
+
+std::string CutDrivePart(std::string_view folder) {
+    return std::string(CutDrivePartView(folder));
 }
 
 std::vector<VirtualFolderNode> AddVolumeTree(VirtualVolume& volume) {
+    volume.ReleaseSpare();
     volume.SortByPath();
-    // Every cut folder with songs and its ancestors, each once.
-    std::unordered_set<std::string> seen;
-    std::vector<std::string> cuts;
-    std::vector<bool> folderDone(volume.Folders().size(), false);
+    // Every cut folder with songs and its ancestors, each once. The cuts are views into the
+    // volume's folder texts, so nothing is copied until the nodes are made.
+    const std::vector<std::string_view>& folders = volume.Folders();
+    std::unordered_set<std::string_view> seen;
+    seen.reserve(folders.size() * 2);
+    std::vector<std::string_view> cuts;
+    cuts.reserve(folders.size() * 2);
+    std::vector<bool> folderDone(folders.size(), false);
     for (std::size_t i = 0; i < volume.Count(); ++i) {
         const std::uint32_t f = volume.FolderIndexOf(i);
         if (folderDone[f]) {
             continue;
         }
         folderDone[f] = true;
-        std::string cut = CutDrivePart(volume.Folders()[f]);
-        while (true) {
-            if (!seen.insert(cut).second) {
-                break;
-            }
+        std::string_view cut = CutDrivePartView(folders[f]);
+        while (seen.insert(cut).second) {
             cuts.push_back(cut);
             if (cut.empty()) {
                 break;
             }
-            cut = std::string(CutParent(cut));
+            cut = CutParent(cut);
         }
     }
-    if (volume.Count() > 0 && seen.insert(std::string()).second) {
+    if (volume.Count() > 0 && seen.insert(std::string_view()).second) {
         cuts.emplace_back();
     }
     std::sort(cuts.begin(), cuts.end());
     std::vector<VirtualFolderNode> nodes;
     nodes.reserve(cuts.size());
-    for (const std::string& cut : cuts) {
-        VirtualFolderNode node;
-        node.Key = volume.Name + cut;
+    for (const std::string_view cut : cuts) {
+        VirtualFolderNode& node = nodes.emplace_back();
+        node.Key.reserve(volume.Name.size() + cut.size());
+        node.Key.append(volume.Name).append(cut);
         if (cut.empty()) {
             node.Text = volume.Name;
         } else {
-            node.ParentKey = volume.Name + std::string(CutParent(cut));
-            node.Text = std::string(LastComponent(cut));
+            const std::string_view parent = CutParent(cut);
+            node.ParentKey.reserve(volume.Name.size() + parent.size());
+            node.ParentKey.append(volume.Name).append(parent);
+            node.Text = LastComponent(cut);
         }
-        nodes.push_back(std::move(node));
     }
     return nodes;
 }
@@ -120,7 +128,7 @@ std::vector<std::size_t> SongsOfVirtualFolder(const VirtualVolume& volume, std::
     const std::vector<std::string_view>& folders = volume.Folders();
     std::vector<char> matches(folders.size(), 0);
     for (std::size_t f = 0; f < folders.size(); ++f) {
-        const std::string cut = CutDrivePart(folders[f]);
+        const std::string_view cut = CutDrivePartView(folders[f]);
         bool match = cut == folder;
         if (!match && below) {
             match = folder.empty() ||
@@ -140,7 +148,9 @@ std::vector<std::size_t> SongsOfVirtualFolder(const VirtualVolume& volume, std::
 
 std::string VirtualKeyOf(std::string_view volume, std::string_view path) {
     const std::size_t nameAt = FileNameStart(path);
-    return std::string(volume) + CutDrivePart(path.substr(0, nameAt));
+    std::string key(volume);
+    key.append(CutDrivePartView(path.substr(0, nameAt)));
+    return key;
 }
 
 }  // namespace jk

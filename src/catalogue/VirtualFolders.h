@@ -17,6 +17,8 @@ namespace jk {
 // A folder path less its drive part and any final separator: "" for the drive's root. A path
 // on "/" keeps its leading "/" ("/home/ann/x" gives "/home/ann/x").
 std::string CutDrivePart(std::string_view folder);
+// The same as a part of `folder`, without a copy.
+std::string_view CutDrivePartView(std::string_view folder);
 
 struct VirtualFolderNode {
     std::string Key;

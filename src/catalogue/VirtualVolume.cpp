@@ -1,54 +1,50 @@
 #include "catalogue/VirtualVolume.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 #include "catalogue/SongFields.h"
 #include "catalogue/VBaseFormat.h"
-#include "util/Utf8.h"
 
 namespace jk {
 namespace {
 
 constexpr std::size_t kChunkBytes = std::size_t{1} << 20;
 constexpr std::size_t kFirstChunkBytes = std::size_t{4} << 10;
-constexpr std::size_t kFolderBlockBytes = std::size_t{64} << 10;
-// The stored fields: every key but Volume (11), with Path (8) holding the file name alone.
-constexpr int kStoredFields = kSongFieldCount - 1;
+// Blocks from this size on come straight from the system, filled in at once (few enough that
+// the system's limit on mappings is never near).
+constexpr std::size_t kPagedChunkBytes = std::size_t{256} << 10;
 
-constexpr int StoredSlot(int key) {
-    return key < kKeyVolume ? key - 1 : key - 2;
+std::size_t LengthAt(const unsigned char* at) {
+    return (static_cast<std::size_t>(at[0]) << 8) | at[1];
 }
 
-std::size_t VarintBytes(std::size_t n) {
-    std::size_t bytes = 1;
-    while (n >= 0x80) {
-        n >>= 7;
-        ++bytes;
+// The field of `key` in a record: skips the fields before it.
+std::string_view FieldAt(const unsigned char* record, int key) {
+    for (int k = 1; k < key; ++k) {
+        record += 2 + LengthAt(record);
     }
-    return bytes;
+    return {reinterpret_cast<const char*>(record + 2), LengthAt(record)};
 }
 
-char* WriteVarint(char* out, std::size_t n) {
-    while (n >= 0x80) {
-        *out++ = static_cast<char>((n & 0x7F) | 0x80);
-        n >>= 7;
+// Fields are mostly a few dozen bytes: copied in words inline, not through a call each.
+char* CopyShort(char* out, std::string_view text) {
+    const char* in = text.data();
+    std::size_t n = text.size();
+    if (n > 64) {
+        std::memcpy(out, in, n);
+        return out + n;
     }
-    *out++ = static_cast<char>(n);
+    for (; n >= 8; n -= 8, in += 8, out += 8) {
+        std::uint64_t word;
+        std::memcpy(&word, in, 8);
+        std::memcpy(out, &word, 8);
+    }
+    for (; n > 0; --n) {
+        *out++ = *in++;
+    }
     return out;
-}
-
-std::size_t ReadVarint(const unsigned char*& in) {
-    std::size_t n = 0;
-    int shift = 0;
-    while ((*in & 0x80) != 0) {
-        n |= static_cast<std::size_t>(*in & 0x7F) << shift;
-        shift += 7;
-        ++in;
-    }
-    n |= static_cast<std::size_t>(*in) << shift;
-    ++in;
-    return n;
 }
 
 // A field as long as a file can hold it, cut so as not to split a character.
@@ -90,8 +86,12 @@ int CompareTwoPart(std::string_view a1, std::string_view a2, std::string_view b1
 }  // namespace
 
 std::size_t FileNameStart(std::string_view path) {
-    const std::size_t sep = path.find_last_of("/\\");
-    return sep == std::string_view::npos ? 0 : sep + 1;
+    for (std::size_t i = path.size(); i > 0; --i) {
+        if (path[i - 1] == '/' || path[i - 1] == '\\') {
+            return i;
+        }
+    }
+    return 0;
 }
 
 VirtualVolume::~VirtualVolume() = default;
@@ -104,75 +104,101 @@ std::uint32_t VirtualVolume::FolderIndex(std::string_view folder) {
         m_lastFolder = found->second;
         return m_lastFolder;
     }
-    if (m_folderBlocks.empty() || m_folderBlockUsed + folder.size() > m_folderBlockSize) {
-        const std::size_t next = m_folderBlockSize == 0
-                                     ? std::size_t{256}
-                                     : std::min(m_folderBlockSize * 2, kFolderBlockBytes);
-        m_folderBlockSize = std::max(next, folder.size());
-        m_allocated += m_folderBlockSize;
-        m_folderBlocks.push_back(std::make_unique<char[]>(m_folderBlockSize));
-        m_folderBlockUsed = 0;
-    }
-    char* at = m_folderBlocks.back().get() + m_folderBlockUsed;
-    if (!folder.empty()) {
-        std::memcpy(at, folder.data(), folder.size());
-    }
-    m_folderBlockUsed += folder.size();
-    const std::string_view kept(at, folder.size());
+    // `folder` is a view into the record just stored, which stays put.
     const auto index = static_cast<std::uint32_t>(m_folderNames.size());
-    m_folderNames.push_back(kept);
-    m_folderIndex.emplace(kept, index);
+    m_folderNames.push_back(folder);
+    m_folderIndex.emplace(folder, index);
     m_lastFolder = index;
     return index;
 }
 
 char* VirtualVolume::Reserve(std::size_t bytes, Entry& entry) {
-    if (m_chunks.empty() || m_chunkUsed + bytes > m_chunkSize) {
+    if (m_ownChunk == SIZE_MAX || m_chunkUsed + bytes > m_chunkSize) {
         // Small volumes take small blocks; the blocks grow to a fixed size.
         const std::size_t next =
             m_chunkSize == 0 ? kFirstChunkBytes : std::min(m_chunkSize * 2, kChunkBytes);
         m_chunkSize = std::max(next, bytes);
-        m_chunks.push_back(std::make_unique<char[]>(m_chunkSize));
+        Chunk& chunk = m_chunks.emplace_back();
+        if (m_chunkSize >= kPagedChunkBytes) {
+            chunk.pages = PageBlock(m_chunkSize);
+            chunk.data = chunk.pages.Data();
+        } else {
+            // Not cleared: every byte is written before it is read.
+            chunk.heap = std::make_unique_for_overwrite<char[]>(m_chunkSize);
+            chunk.data = chunk.heap.get();
+        }
         m_allocated += m_chunkSize;
+        m_ownChunk = m_chunks.size() - 1;
         m_chunkUsed = 0;
     }
-    entry.chunk = static_cast<std::uint32_t>(m_chunks.size() - 1);
+    entry.chunk = static_cast<std::uint32_t>(m_ownChunk);
     entry.offset = static_cast<std::uint32_t>(m_chunkUsed);
-    char* at = m_chunks.back().get() + m_chunkUsed;
+    Chunk& own = m_chunks[m_ownChunk];
+    char* at = (own.pages.Data() != nullptr ? own.pages.Data() : own.heap.get()) + m_chunkUsed;
     m_chunkUsed += bytes;
     return at;
 }
 
+void VirtualVolume::ReleaseSpare() {
+    if (m_ownChunk != SIZE_MAX && m_chunks[m_ownChunk].pages.Data() != nullptr) {
+        m_chunks[m_ownChunk].pages.ReleaseAfter(m_chunkUsed);
+    }
+}
+
 void VirtualVolume::Append(const SongFieldViews& fields, std::int16_t track,
                            std::int16_t reserved) {
-    const std::string_view path = Storable(fields[kKeyPath - 1]);
-    const std::size_t nameAt = FileNameStart(path);
-    Entry entry;
-    entry.folder = FolderIndex(path.substr(0, nameAt));
-    entry.track = track;
-    entry.reserved = reserved;
-
-    std::array<std::string_view, kStoredFields> stored{};
+    std::array<std::string_view, kSongFieldCount> stored{};
     std::size_t bytes = 0;
     for (int key = 1; key <= kSongFieldCount; ++key) {
-        if (key == kKeyVolume) {
-            continue;
-        }
-        const std::string_view text = key == kKeyPath
-                                          ? path.substr(nameAt)
+        // The Volume is the volume's name: not kept.
+        const std::string_view text = key == kKeyVolume
+                                          ? std::string_view()
                                           : Storable(fields[static_cast<std::size_t>(key - 1)]);
-        stored[static_cast<std::size_t>(StoredSlot(key))] = text;
-        bytes += VarintBytes(text.size()) + text.size();
+        stored[static_cast<std::size_t>(key - 1)] = text;
+        bytes += 2 + text.size();
     }
-    char* out = Reserve(bytes, entry);
-    for (const std::string_view text : stored) {
-        out = WriteVarint(out, text.size());
-        if (!text.empty()) {
-            std::memcpy(out, text.data(), text.size());
-            out += text.size();
+    Entry entry;
+    entry.track = track;
+    entry.reserved = reserved;
+    char* const start = Reserve(bytes, entry);
+    char* out = start;
+    const char* pathAt = nullptr;
+    for (std::size_t k = 0; k < stored.size(); ++k) {
+        const std::string_view text = stored[k];
+        *out++ = static_cast<char>(text.size() >> 8);
+        *out++ = static_cast<char>(text.size() & 0xFF);
+        if (k == kKeyPath - 1) {
+            pathAt = out;
         }
+        out = CopyShort(out, text);
     }
-    m_textBytes += bytes;
+    const std::string_view path(pathAt, stored[kKeyPath - 1].size());
+    entry.folder = FolderIndex(path.substr(0, FileNameStart(path)));
+    m_entries.push_back(entry);
+}
+
+void VirtualVolume::AppendStored(const std::shared_ptr<const MappedFile>& file, std::size_t offset,
+                                 std::size_t recordBytes, std::string_view path) {
+    if (m_lastFile != file.get()) {
+        // Each file a volume adopts from is one block of its own, shared with the other volumes.
+        m_lastFileChunk = m_chunks.size();
+        for (std::size_t c = 0; c < m_chunks.size(); ++c) {
+            if (m_chunks[c].file == file) {
+                m_lastFileChunk = c;
+            }
+        }
+        if (m_lastFileChunk == m_chunks.size()) {
+            Chunk& chunk = m_chunks.emplace_back();
+            chunk.file = file;
+            chunk.data = file->Bytes().data();
+        }
+        m_lastFile = file.get();
+    }
+    Entry entry;
+    entry.chunk = static_cast<std::uint32_t>(m_lastFileChunk);
+    entry.offset = static_cast<std::uint32_t>(offset);
+    entry.folder = FolderIndex(path.substr(0, FileNameStart(path)));
+    m_adoptedBytes += recordBytes;
     m_entries.push_back(entry);
 }
 
@@ -185,57 +211,50 @@ void VirtualVolume::Append(const SongInfo& song) {
 }
 
 const unsigned char* VirtualVolume::RecordAt(const Entry& entry) const {
-    return reinterpret_cast<const unsigned char*>(m_chunks[entry.chunk].get() + entry.offset);
+    return reinterpret_cast<const unsigned char*>(m_chunks[entry.chunk].data + entry.offset);
 }
 
 std::string_view VirtualVolume::Field(std::size_t i, int key) const {
     if (key == kKeyVolume) {
         return Name;
     }
-    const unsigned char* at = RecordAt(m_entries[i]);
-    const int slot = StoredSlot(key);
-    for (int s = 0; s < slot; ++s) {
-        at += ReadVarint(at);
-    }
-    const std::size_t n = ReadVarint(at);
-    return {reinterpret_cast<const char*>(at), n};
+    return FieldAt(RecordAt(m_entries[i]), key);
+}
+
+std::string_view VirtualVolume::PathAt(const Entry& entry) const {
+    return FieldAt(RecordAt(entry), kKeyPath);
 }
 
 std::string_view VirtualVolume::FolderOf(std::size_t i) const {
     return m_folderNames[m_entries[i].folder];
 }
 
+std::string_view VirtualVolume::NameOf(const Entry& entry) const {
+    return PathAt(entry).substr(m_folderNames[entry.folder].size());
+}
+
 std::string_view VirtualVolume::FileNameOf(std::size_t i) const {
-    return Field(i, kKeyPath);
+    return NameOf(m_entries[i]);
 }
 
 std::string VirtualVolume::PathOf(std::size_t i) const {
-    std::string path(FolderOf(i));
-    path.append(FileNameOf(i));
-    return path;
+    return std::string(PathAt(m_entries[i]));
 }
 
-SongFieldViews VirtualVolume::FieldsOf(std::size_t i, std::string& pathScratch) const {
+SongFieldViews VirtualVolume::FieldsOf(std::size_t i) const {
     SongFieldViews fields{};
     const unsigned char* at = RecordAt(m_entries[i]);
-    for (int key = 1; key <= kSongFieldCount; ++key) {
-        if (key == kKeyVolume) {
-            fields[static_cast<std::size_t>(key - 1)] = Name;
-            continue;
-        }
-        const std::size_t n = ReadVarint(at);
-        fields[static_cast<std::size_t>(key - 1)] = {reinterpret_cast<const char*>(at), n};
-        at += n;
+    for (std::size_t k = 0; k < fields.size(); ++k) {
+        const std::size_t n = LengthAt(at);
+        fields[k] = {reinterpret_cast<const char*>(at + 2), n};
+        at += 2 + n;
     }
-    pathScratch.assign(FolderOf(i));
-    pathScratch.append(fields[kKeyPath - 1]);
-    fields[kKeyPath - 1] = pathScratch;
+    fields[kKeyVolume - 1] = Name;
     return fields;
 }
 
 SongInfo VirtualVolume::Song(std::size_t i) const {
-    std::string path;
-    const SongFieldViews fields = FieldsOf(i, path);
+    const SongFieldViews fields = FieldsOf(i);
     SongInfo song;
     for (int key = 1; key <= kSongFieldCount; ++key) {
         SongField(song, key) = fields[static_cast<std::size_t>(key - 1)];
@@ -246,22 +265,11 @@ SongInfo VirtualVolume::Song(std::size_t i) const {
 }
 
 int VirtualVolume::ComparePaths(const Entry& a, const Entry& b) const {
-    const std::string_view fa = m_folderNames[a.folder];
-    const std::string_view fb = m_folderNames[b.folder];
-    const auto nameOf = [this](const Entry& e) {
-        const unsigned char* at = RecordAt(e);
-        for (int s = 0; s < StoredSlot(kKeyPath); ++s) {
-            at += ReadVarint(at);
-        }
-        const std::size_t n = ReadVarint(at);
-        return std::string_view(reinterpret_cast<const char*>(at), n);
-    };
     if (a.folder == b.folder) {
-        const std::string_view na = nameOf(a);
-        const std::string_view nb = nameOf(b);
-        return na.compare(nb) < 0 ? -1 : (na == nb ? 0 : 1);
+        const int c = NameOf(a).compare(NameOf(b));
+        return c < 0 ? -1 : (c == 0 ? 0 : 1);
     }
-    return CompareTwoPart(fa, nameOf(a), fb, nameOf(b));
+    return CompareTwoPart(m_folderNames[a.folder], NameOf(a), m_folderNames[b.folder], NameOf(b));
 }
 
 bool VirtualVolume::IsSortedByPath() const {
@@ -274,40 +282,99 @@ bool VirtualVolume::IsSortedByPath() const {
 }
 
 void VirtualVolume::SortByPath() {
+    // A file this program saved is sorted already: one pass tells.
     if (IsSortedByPath()) {
         return;
     }
-    std::stable_sort(m_entries.begin(), m_entries.end(),
-                     [this](const Entry& a, const Entry& b) { return ComparePaths(a, b) < 0; });
+    // Otherwise the keys are sorted, not the records. Folders are ranked first: two paths in
+    // different folders compare as their folders do, unless one folder lies inside the other
+    // (all folders inside F sort right after F, up to `inside[F]`); only then are the texts
+    // compared.
+    const std::size_t folderCount = m_folderNames.size();
+    std::vector<std::uint32_t> byText(folderCount);
+    for (std::uint32_t f = 0; f < folderCount; ++f) {
+        byText[f] = f;
+    }
+    std::sort(byText.begin(), byText.end(), [this](std::uint32_t a, std::uint32_t b) {
+        return m_folderNames[a] < m_folderNames[b];
+    });
+    std::vector<std::uint32_t> rank(folderCount);
+    std::vector<std::uint32_t> inside(folderCount);
+    std::vector<std::uint32_t> open;
+    for (std::uint32_t r = 0; r < folderCount; ++r) {
+        const std::string_view text = m_folderNames[byText[r]];
+        while (!open.empty() && !text.starts_with(m_folderNames[byText[open.back()]])) {
+            inside[byText[open.back()]] = r;
+            open.pop_back();
+        }
+        rank[byText[r]] = r;
+        open.push_back(r);
+    }
+    for (const std::uint32_t r : open) {
+        inside[byText[r]] = static_cast<std::uint32_t>(folderCount);
+    }
+    struct Key {
+        std::string_view name;
+        std::uint32_t folder;
+        std::uint32_t index;
+    };
+    std::vector<Key> keys;
+    keys.reserve(m_entries.size());
+    for (std::size_t i = 0; i < m_entries.size(); ++i) {
+        const Entry& e = m_entries[i];
+        keys.push_back({NameOf(e), e.folder, static_cast<std::uint32_t>(i)});
+    }
+    const auto compare = [&](const Key& a, const Key& b) {
+        if (a.folder == b.folder) {
+            return a.name.compare(b.name);
+        }
+        const std::uint32_t ra = rank[a.folder];
+        const std::uint32_t rb = rank[b.folder];
+        const bool nested = ra < rb ? rb < inside[a.folder] : ra < inside[b.folder];
+        if (!nested) {
+            return ra < rb ? -1 : 1;
+        }
+        return CompareTwoPart(m_folderNames[a.folder], a.name, m_folderNames[b.folder], b.name);
+    };
+    std::sort(keys.begin(), keys.end(), [&compare](const Key& a, const Key& b) {
+        const int c = compare(a, b);
+        // Songs of one path keep their order.
+        return c != 0 ? c < 0 : a.index < b.index;
+    });
+    std::vector<Entry> sorted;
+    sorted.reserve(m_entries.size());
+    for (const Key& key : keys) {
+        sorted.push_back(m_entries[key.index]);
+    }
+    m_entries = std::move(sorted);
 }
 
 void VirtualVolume::Clear() {
     m_entries.clear();
     m_entries.shrink_to_fit();
     m_chunks.clear();
+    m_ownChunk = SIZE_MAX;
     m_chunkUsed = 0;
     m_chunkSize = 0;
-    m_folderBlocks.clear();
-    m_folderBlockUsed = 0;
-    m_folderBlockSize = 0;
+    m_lastFile = nullptr;
+    m_lastFileChunk = 0;
     m_folderNames.clear();
     m_folderIndex.clear();
     m_lastFolder = UINT32_MAX;
-    m_textBytes = 0;
     m_allocated = 0;
+    m_adoptedBytes = 0;
 }
 
 void VirtualVolume::TakeSongs(VirtualVolume& other) {
-    std::string path;
     for (std::size_t i = 0; i < other.Count(); ++i) {
-        Append(other.FieldsOf(i, path), other.TrackOf(i), other.ReservedOf(i));
+        Append(other.FieldsOf(i), other.TrackOf(i), other.ReservedOf(i));
     }
     other.Clear();
 }
 
 std::size_t VirtualVolume::MemoryBytes() const {
     std::size_t bytes = m_entries.capacity() * sizeof(Entry);
-    bytes += m_allocated;
+    bytes += m_allocated + m_adoptedBytes;
     bytes += m_folderNames.capacity() * sizeof(std::string_view);
     bytes += m_folderIndex.size() * (sizeof(std::string_view) + 4 + 16);
     return bytes;

@@ -1,10 +1,11 @@
 #pragma once
 
-// A catalogued disc: its friendly name and the song records of its scan, held compactly. A
-// record of a volume always carries the volume's name in Volume, so the name is kept once; a
-// Path is kept as its folder (shared by every song of that folder) and its file name; the other
-// texts lie back to back in large blocks behind one-byte lengths. A million songs take less
-// memory than master.dat takes on disk. Records go out by value (SongInfo) or as views.
+// A catalogued disc: its friendly name and the song records of its scan, held compactly. Each
+// record is kept as master.dat holds it (13 fields, each a 2-byte length and its text), so the
+// records of a loaded file stay where the file was mapped, and a song added later is written
+// the same way into blocks of the volume's own. A record's Volume is not read (it is the
+// volume's name); each distinct folder part of the paths is indexed once. Records go out by
+// value (SongInfo) or as views.
 
 #include <cstddef>
 #include <cstdint>
@@ -16,6 +17,8 @@
 
 #include "catalogue/PackedSong.h"
 #include "metadata/SongInfo.h"
+#include "util/MappedFile.h"
+#include "util/PageBlock.h"
 
 namespace jk {
 
@@ -38,6 +41,11 @@ public:
     // the 65535 bytes a file can hold are cut as a save would cut them.
     void Append(const SongInfo& song);
     void Append(const SongFieldViews& fields, std::int16_t track, std::int16_t reserved);
+    // A record that stands in `file` at `offset` exactly as this volume keeps it (13 fields,
+    // none longer than a file holds, its texts as a load keeps them), adopted without a copy;
+    // `path` is its Path, a view into the record.
+    void AppendStored(const std::shared_ptr<const MappedFile>& file, std::size_t offset,
+                      std::size_t recordBytes, std::string_view path);
 
     // Song `i` (0-based) by value, its Volume the volume's name.
     SongInfo Song(std::size_t i) const;
@@ -50,8 +58,8 @@ public:
     std::uint32_t FolderIndexOf(std::size_t i) const { return m_entries[i].folder; }
     std::int16_t TrackOf(std::size_t i) const { return m_entries[i].track; }
     std::int16_t ReservedOf(std::size_t i) const { return m_entries[i].reserved; }
-    // The fields of song `i` in key order; Path is built into `pathScratch`.
-    SongFieldViews FieldsOf(std::size_t i, std::string& pathScratch) const;
+    // The fields of song `i` in key order, without a copy.
+    SongFieldViews FieldsOf(std::size_t i) const;
 
     // The distinct folder parts of the paths, in the order first met.
     const std::vector<std::string_view>& Folders() const { return m_folderNames; }
@@ -62,6 +70,9 @@ public:
 
     // Drops every song.
     void Clear();
+    // Hands back the memory reserved for songs not yet added (after a load or a scan; adding
+    // more afterwards still works).
+    void ReleaseSpare();
     // Songs taken over from another volume, appended (the other is left empty).
     void TakeSongs(VirtualVolume& other);
 
@@ -77,24 +88,33 @@ private:
         std::int16_t reserved = 0;
     };
 
+    struct Chunk {
+        std::unique_ptr<char[]> heap;
+        PageBlock pages;
+        std::shared_ptr<const MappedFile> file;  // records adopted from a loaded file
+        const char* data = nullptr;
+    };
+
     std::uint32_t FolderIndex(std::string_view folder);
     const unsigned char* RecordAt(const Entry& entry) const;
     char* Reserve(std::size_t bytes, Entry& entry);
+    std::string_view PathAt(const Entry& entry) const;
+    std::string_view NameOf(const Entry& entry) const;
     int ComparePaths(const Entry& a, const Entry& b) const;
 
     std::vector<Entry> m_entries;
-    std::vector<std::unique_ptr<char[]>> m_chunks;
+    std::vector<Chunk> m_chunks;
+    std::size_t m_ownChunk = SIZE_MAX;  // the block that songs added now go to
     std::size_t m_chunkUsed = 0;
     std::size_t m_chunkSize = 0;
-    // Folder texts live in their own blocks, so the views stay put as folders are added.
-    std::vector<std::unique_ptr<char[]>> m_folderBlocks;
-    std::size_t m_folderBlockUsed = 0;
-    std::size_t m_folderBlockSize = 0;
+    const MappedFile* m_lastFile = nullptr;
+    std::size_t m_lastFileChunk = 0;
+    // Each folder text is a view into the path of the first record met in that folder.
     std::vector<std::string_view> m_folderNames;
     std::unordered_map<std::string_view, std::uint32_t> m_folderIndex;
     std::uint32_t m_lastFolder = UINT32_MAX;
-    std::size_t m_textBytes = 0;
     std::size_t m_allocated = 0;
+    std::size_t m_adoptedBytes = 0;
 };
 
 // Splits a path after its last separator ("/" or "\"): the folder part (with the separator)

@@ -6,6 +6,7 @@
 #include "catalogue/SongFields.h"
 #include "catalogue/VBaseFormat.h"
 #include "util/FileIo.h"
+#include "util/MappedFile.h"
 
 namespace jk {
 namespace {
@@ -13,7 +14,26 @@ namespace {
 constexpr std::int64_t kProgressEvery = 1024;
 constexpr std::size_t kPieceBytes = std::size_t{1} << 20;
 
-VolumesLoad ReadVolumes(VBaseInput& input, VolumeTable& table, const LoadProgress& progress) {
+// True when the load keeps every field of the record as the file holds it (the Volume aside,
+// which the store does not read), so the record can be adopted as it stands.
+bool KeptAsStored(const SongFieldViews& raw, const SongFieldViews& kept) {
+    for (std::size_t k = 0; k < raw.size(); ++k) {
+        if (k == kKeyBitrate - 1) {
+            if (kept[k] != raw[k]) {
+                return false;
+            }
+        } else if (k != kKeyVolume - 1 &&
+                   (kept[k].data() != raw[k].data() || kept[k].size() != raw[k].size())) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// `file`, when given, holds the bytes of `input`: records that need no change are adopted from
+// it without a copy.
+VolumesLoad ReadVolumes(VBaseInput& input, VolumeTable& table, const LoadProgress& progress,
+                        const std::shared_ptr<const MappedFile>& file = nullptr) {
     VolumesLoad result;
     const VBaseHeader header = ReadVBaseHeader(input);
     if (header.recordCount <= 0) {
@@ -32,7 +52,9 @@ VolumesLoad ReadVolumes(VBaseInput& input, VolumeTable& table, const LoadProgres
     std::size_t lastVolumeIndex = kNoVolume;
     VBaseFieldDecoder decoder;
     SongFieldViews raw{};
+    const bool adopt = file != nullptr && header.fieldCount == kSongFieldCount;
     for (std::int64_t i = 0; i < header.recordCount; ++i) {
+        const char* const recordStart = input.Loaded().data();
         if (!ReadVBaseRecord(input, header.fieldCount, raw)) {
             return result;
         }
@@ -48,7 +70,14 @@ VolumesLoad ReadVolumes(VBaseInput& input, VolumeTable& table, const LoadProgres
             }
             lastVolume = volume;
         }
-        table[lastVolumeIndex].Append(fields, 0, 0);
+        if (adopt && KeptAsStored(raw, fields)) {
+            table[lastVolumeIndex].AppendStored(
+                file, static_cast<std::size_t>(recordStart - file->Bytes().data()),
+                static_cast<std::size_t>(input.Loaded().data() - recordStart),
+                fields[kKeyPath - 1]);
+        } else {
+            table[lastVolumeIndex].Append(fields, 0, 0);
+        }
         ++result.records;
         if (progress && result.records % kProgressEvery == 0) {
             progress(result.records, header.recordCount);
@@ -57,6 +86,9 @@ VolumesLoad ReadVolumes(VBaseInput& input, VolumeTable& table, const LoadProgres
     if (progress) {
         progress(result.records, header.recordCount);
     }
+    for (VirtualVolume& volume : table) {
+        volume.ReleaseSpare();
+    }
     result.ok = true;
     return result;
 }
@@ -64,6 +96,12 @@ VolumesLoad ReadVolumes(VBaseInput& input, VolumeTable& table, const LoadProgres
 }  // namespace
 
 VolumesLoad LoadVolumes(const std::string& path, VolumeTable& table, const LoadProgress& progress) {
+    // The file is mapped, and most records stay where it lies; the store's offsets are 32-bit,
+    // so a larger file is read through a window and copied.
+    if (const std::shared_ptr<const MappedFile> mapped = MappedFile::Open(path, UINT32_MAX)) {
+        VBaseInput input(mapped->Bytes());
+        return ReadVolumes(input, table, progress, mapped);
+    }
     ReadFile file(path);
     if (!file.IsOpen()) {
         return {};
@@ -82,10 +120,9 @@ bool WriteVolumes(const VolumeTable& table, const std::function<bool(std::string
     std::string piece;
     piece.reserve(kPieceBytes + kVBaseHeaderBytes);
     AppendVBaseHeader(piece, kVBaseVersion101, TotalSongs(table));
-    std::string path;
     for (const VirtualVolume& volume : table) {
         for (std::size_t i = 0; i < volume.Count(); ++i) {
-            AppendVBaseRecord(piece, volume.FieldsOf(i, path));
+            AppendVBaseRecord(piece, volume.FieldsOf(i));
             if (piece.size() >= kPieceBytes) {
                 if (!sink(piece)) {
                     return false;

@@ -1,5 +1,7 @@
 #include "util/Utf8.h"
 
+#include <cstring>
+
 #include <locale.h>
 #include <clocale>
 #include <cwctype>
@@ -116,6 +118,20 @@ void AppendUtf8(std::string& out, char32_t cp) {
 bool IsValidUtf8(std::string_view text) {
     std::size_t pos = 0;
     while (pos < text.size()) {
+        // Runs of plain ASCII, the bulk of most texts, go sixteen bytes at a time.
+        while (pos + 16 <= text.size()) {
+            std::uint64_t a;
+            std::uint64_t b;
+            std::memcpy(&a, text.data() + pos, 8);
+            std::memcpy(&b, text.data() + pos + 8, 8);
+            if (((a | b) & 0x8080808080808080ull) != 0) {
+                break;
+            }
+            pos += 16;
+        }
+        if (pos >= text.size()) {
+            break;
+        }
         if (static_cast<unsigned char>(text[pos]) < 0x80) {
             ++pos;
             continue;
