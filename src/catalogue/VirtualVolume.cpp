@@ -16,6 +16,9 @@ constexpr std::size_t kFirstChunkBytes = std::size_t{4} << 10;
 // the system's limit on mappings is never near).
 constexpr std::size_t kPagedChunkBytes = std::size_t{256} << 10;
 
+// Track and Reserved ahead of a record written here.
+constexpr std::size_t kSmallBytes = 4;
+
 std::size_t LengthAt(const unsigned char* at) {
     return (static_cast<std::size_t>(at[0]) << 8) | at[1];
 }
@@ -100,6 +103,12 @@ std::uint32_t VirtualVolume::FolderIndex(std::string_view folder) {
     if (m_lastFolder != UINT32_MAX && m_folderNames[m_lastFolder] == folder) {
         return m_lastFolder;
     }
+    if (m_folderIndex.empty() && !m_folderNames.empty()) {
+        // Dropped once the volume was loaded whole; made again for songs added later.
+        for (std::uint32_t f = 0; f < m_folderNames.size(); ++f) {
+            m_folderIndex.emplace(m_folderNames[f], f);
+        }
+    }
     if (const auto found = m_folderIndex.find(folder); found != m_folderIndex.end()) {
         m_lastFolder = found->second;
         return m_lastFolder;
@@ -140,6 +149,7 @@ char* VirtualVolume::Reserve(std::size_t bytes, Entry& entry) {
 }
 
 void VirtualVolume::ReleaseSpare() {
+    m_folderIndex = {};
     if (m_ownChunk != SIZE_MAX && m_chunks[m_ownChunk].pages.Data() != nullptr) {
         m_chunks[m_ownChunk].pages.ReleaseAfter(m_chunkUsed);
     }
@@ -158,10 +168,13 @@ void VirtualVolume::Append(const SongFieldViews& fields, std::int16_t track,
         bytes += 2 + text.size();
     }
     Entry entry;
-    entry.track = track;
-    entry.reserved = reserved;
-    char* const start = Reserve(bytes, entry);
-    char* out = start;
+    char* out = Reserve(kSmallBytes + bytes, entry);
+    entry.offset += kSmallBytes;
+    for (const std::int16_t small : {track, reserved}) {
+        const auto value = static_cast<std::uint16_t>(small);
+        *out++ = static_cast<char>(value >> 8);
+        *out++ = static_cast<char>(value & 0xFF);
+    }
     const char* pathAt = nullptr;
     for (std::size_t k = 0; k < stored.size(); ++k) {
         const std::string_view text = stored[k];
@@ -221,6 +234,22 @@ std::string_view VirtualVolume::Field(std::size_t i, int key) const {
     return FieldAt(RecordAt(m_entries[i]), key);
 }
 
+std::int16_t VirtualVolume::SmallAt(const Entry& entry, int which) const {
+    if (m_chunks[entry.chunk].file != nullptr) {
+        return 0;
+    }
+    const unsigned char* at = RecordAt(entry) - kSmallBytes + 2 * which;
+    return static_cast<std::int16_t>(static_cast<std::uint16_t>((at[0] << 8) | at[1]));
+}
+
+std::int16_t VirtualVolume::TrackOf(std::size_t i) const {
+    return SmallAt(m_entries[i], 0);
+}
+
+std::int16_t VirtualVolume::ReservedOf(std::size_t i) const {
+    return SmallAt(m_entries[i], 1);
+}
+
 std::string_view VirtualVolume::PathAt(const Entry& entry) const {
     return FieldAt(RecordAt(entry), kKeyPath);
 }
@@ -259,24 +288,20 @@ SongInfo VirtualVolume::Song(std::size_t i) const {
     for (int key = 1; key <= kSongFieldCount; ++key) {
         SongField(song, key) = fields[static_cast<std::size_t>(key - 1)];
     }
-    song.Track = m_entries[i].track;
-    song.Reserved = m_entries[i].reserved;
+    song.Track = TrackOf(i);
+    song.Reserved = ReservedOf(i);
     return song;
 }
 
-int VirtualVolume::ComparePaths(const Entry& a, const Entry& b) const {
-    if (a.folder == b.folder) {
-        const int c = NameOf(a).compare(NameOf(b));
-        return c < 0 ? -1 : (c == 0 ? 0 : 1);
-    }
-    return CompareTwoPart(m_folderNames[a.folder], NameOf(a), m_folderNames[b.folder], NameOf(b));
-}
-
 bool VirtualVolume::IsSortedByPath() const {
-    for (std::size_t i = 1; i < m_entries.size(); ++i) {
-        if (ComparePaths(m_entries[i - 1], m_entries[i]) > 0) {
+    // A record holds its whole path: the texts are compared as they stand.
+    std::string_view previous;
+    for (std::size_t i = 0; i < m_entries.size(); ++i) {
+        const std::string_view path = PathAt(m_entries[i]);
+        if (i > 0 && path < previous) {
             return false;
         }
+        previous = path;
     }
     return true;
 }

@@ -56,8 +56,8 @@ public:
     std::string_view FolderOf(std::size_t i) const;
     std::string_view FileNameOf(std::size_t i) const;
     std::uint32_t FolderIndexOf(std::size_t i) const { return m_entries[i].folder; }
-    std::int16_t TrackOf(std::size_t i) const { return m_entries[i].track; }
-    std::int16_t ReservedOf(std::size_t i) const { return m_entries[i].reserved; }
+    std::int16_t TrackOf(std::size_t i) const;
+    std::int16_t ReservedOf(std::size_t i) const;
     // The fields of song `i` in key order, without a copy.
     SongFieldViews FieldsOf(std::size_t i) const;
 
@@ -84,9 +84,10 @@ private:
         std::uint32_t chunk = 0;
         std::uint32_t offset = 0;
         std::uint32_t folder = 0;
-        std::int16_t track = 0;
-        std::int16_t reserved = 0;
     };
+    // A record written here has Track and Reserved in the 4 bytes ahead of it; a record adopted
+    // from a file has neither (a file does not hold them).
+    std::int16_t SmallAt(const Entry& entry, int which) const;
 
     struct Chunk {
         std::unique_ptr<char[]> heap;
@@ -100,7 +101,6 @@ private:
     char* Reserve(std::size_t bytes, Entry& entry);
     std::string_view PathAt(const Entry& entry) const;
     std::string_view NameOf(const Entry& entry) const;
-    int ComparePaths(const Entry& a, const Entry& b) const;
 
     std::vector<Entry> m_entries;
     std::vector<Chunk> m_chunks;

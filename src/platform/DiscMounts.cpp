@@ -17,6 +17,7 @@
 #include <QtDBus/QDBusVariant>
 
 #include "platform/DrivesProbe.h"
+#include "platform/FilesystemIdentity.h"
 #include "util/PathHelpers.h"
 #include "util/Text.h"
 
@@ -41,11 +42,28 @@ MountedDiscs MountedDiscsFrom(const std::vector<MountEntry>& mounts,
 }
 
 MountedDiscs ListMountedDiscs() {
+    // The links udev keeps first; where they are missing (no udev, a container, a device they
+    // lack), the superblock itself.
     const auto labels = ReadVolumeLabels("/dev/disk/by-label");
     const auto uuids = ReadVolumeLabels("/dev/disk/by-uuid");
+    std::unordered_map<std::string, FilesystemIdentity> probed;
+    const auto probe = [&probed](const MountEntry& m) -> const FilesystemIdentity& {
+        auto found = probed.find(m.Source);
+        if (found == probed.end()) {
+            found = probed.emplace(m.Source, ProbeFilesystemIdentity(m.Source)).first;
+        }
+        return found->second;
+    };
     return MountedDiscsFrom(
-        ReadMountTable(), [&labels](const MountEntry& m) { return LabelOfMount(m, labels); },
-        [&uuids](const MountEntry& m) { return LabelOfMount(m, uuids); });
+        ReadMountTable(),
+        [&](const MountEntry& m) {
+            std::string label = LabelOfMount(m, labels);
+            return label.empty() ? probe(m).Label : label;
+        },
+        [&](const MountEntry& m) {
+            std::string uuid = LabelOfMount(m, uuids);
+            return uuid.empty() ? probe(m).Uuid : uuid;
+        });
 }
 
 struct MountWatcher::State {
