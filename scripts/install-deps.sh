@@ -5,11 +5,12 @@ set -euo pipefail
 packages=(
     build-essential cmake ninja-build pkg-config git
     qt6-base-dev qt6-base-dev-tools libgl-dev
-    libtag1-dev libsqlite3-dev
+    libtag1-dev libsqlite3-dev libblkid-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     clang libclang-rt-14-dev clang-format
     lame sox mpv mpv-mpris dbus-daemon xvfb xauth
     python3 python3-mutagen
+    dosfstools e2fsprogs
 )
 
 missing=()
