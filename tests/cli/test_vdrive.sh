@@ -79,6 +79,40 @@ expect_rc 0 "remove"
 V vdrive list
 [ "$(wc -l <<<"$OUT")" -eq 2 ] || fail "remove: $OUT"
 
+# --- every changing command saves when it ends, with SafeCatalogue on and off; each is a run
+# of its own, so master.da2 is always the catalogue of the run before, master.da3 of the one
+# before that ---
+for safe in 1 0; do
+    GEN="$WORK/generations$safe"
+    mkdir -p "$GEN"
+    older=""
+    run_and_check_generations() {
+        local before=none
+        [ -f "$GEN/master.dat" ] && before=$(checksum "$GEN/master.dat")
+        capture "$CLI" --data-dir "$GEN" --set "SafeCatalogue=$safe" "$@"
+        local what="$2 with SafeCatalogue=$safe"
+        expect_rc 0 "$what"
+        [ -f "$GEN/master.dat" ] && [ "$(checksum "$GEN/master.dat")" != "$before" ] ||
+            fail "$what: master.dat was not saved when the command ended"
+        if [ "$before" != none ]; then
+            [ "$(checksum "$GEN/master.da2")" = "$before" ] || fail "$what: master.da2 is not the run before"
+        fi
+        if [ -n "$older" ]; then
+            [ "$(checksum "$GEN/master.da3")" = "$older" ] || fail "$what: master.da3 is not the run before that"
+        fi
+        [ "$before" != none ] && older=$before
+        ls -A "$GEN" | grep -q '\.saving$\|\.tmp-' && fail "$what: a temporary file was left"
+    }
+    run_and_check_generations vdrive create --name Gen "$WORK/disc"
+    run_and_check_generations vdrive import "$WORK/rock.jvd"
+    run_and_check_generations vdrive rename Rock Renamed
+    run_and_check_generations vdrive update Renamed "$WORK/disc/rock"
+    run_and_check_generations vdrive remove Gen
+    capture "$CLI" --data-dir "$GEN" vdrive list
+    [ "$(cut -f1,2 <<<"$OUT" | tail -n +2)" = "$(printf 'Renamed\t2')" ] ||
+        fail "generations with SafeCatalogue=$safe: $OUT"
+done
+
 # --- update: a path with no songs keeps the volume and says so ---
 mkdir -p "$WORK/empty"
 V vdrive update Rock "$WORK/empty"

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "catalogue/VirtualFolders.h"
 #include "catalogue/VolumeFile.h"
 #include "core/vdrive/VdriveTestSupport.h"
@@ -66,6 +68,77 @@ TEST(VolumeFileTest, FileCutAtEveryByteKeepsWholeRecordsAndNeverFails) {
         EXPECT_FALSE(load.ok && cut > 20) << cut;
         EXPECT_EQ(load.records, cut >= first ? 1 : 0) << cut;
     }
+}
+
+// A file loaded from disk keeps most records where the file is mapped, and rewrites those a
+// load changes (blanks trimmed, windows-1252 text, a bitrate short of width 4): either way the
+// songs are the ones read from memory, and a save gives the same bytes as one from memory.
+TEST(VolumeFileTest, LoadFromTheFileEqualsLoadFromMemory) {
+    SongInfo padded = VolumeSong("B", "/media/ann/B/x/2.mp3", "  padded  ");
+    padded.Bitrate = "96";
+    SongInfo latin = VolumeSong("A", "/media/ann/A/caf\xe9.mp3");
+    latin.Track = 7;  // a file holds no Track: read back as 0
+    const std::string bytes = VHeader("VBASE 1.01", 4) +
+                              VRecord(VolumeSong("A", "/media/ann/A/1.mp3")) + VRecord(latin) +
+                              VRecord(padded) + VRecord(VolumeSong("A", "/media/ann/A/0.mp3"));
+    test::TempFolder folder;
+    folder.Write("master.dat", bytes);
+    VolumeTable fromFile;
+    VolumeTable fromMemory;
+    ASSERT_TRUE(LoadVolumes(folder.File("master.dat"), fromFile).ok);
+    ASSERT_TRUE(LoadVolumesFromBytes(bytes, fromMemory).ok);
+    ASSERT_EQ(fromFile.size(), 2u);
+    ASSERT_EQ(fromFile[0].Count(), 3u);
+    for (std::size_t v = 0; v < fromFile.size(); ++v) {
+        for (std::size_t i = 0; i < fromFile[v].Count(); ++i) {
+            EXPECT_EQ(fromFile[v].Song(i), fromMemory[v].Song(i)) << v << "/" << i;
+            EXPECT_EQ(fromFile[v].TrackOf(i), 0);
+        }
+    }
+    EXPECT_EQ(fromFile[0].Song(1).Path, "/media/ann/A/caf\xc3\xa9.mp3");
+    EXPECT_EQ(fromFile[1].Song(0).Title, "padded");
+    EXPECT_EQ(fromFile[1].Song(0).Bitrate, "  96");
+    EXPECT_EQ(VolumesBytes(fromFile), VolumesBytes(fromMemory));
+
+    // The volumes outlive the file replaced by a save (renamed over it, as every save of ours
+    // is: a file rewritten in place under a mapping cannot be read); songs added afterwards join
+    // their folders (the index of folders is made again) and keep their Track.
+    ASSERT_TRUE(WriteFileAtomically(folder.File("master.dat"), "replaced").ok);
+    SongInfo added = VolumeSong("A", "/media/ann/A/9.mp3");
+    added.Track = 3;
+    added.Reserved = -2;
+    fromFile[0].ReleaseSpare();
+    fromFile[0].Append(added);
+    EXPECT_EQ(fromFile[0].Song(3), added);
+    EXPECT_EQ(fromFile[0].FolderIndexOf(3), fromFile[0].FolderIndexOf(0));
+    EXPECT_EQ(fromFile[0].Folders().size(), 1u);
+    EXPECT_EQ(fromFile[1].Song(0).Title, "padded");
+}
+
+// Sorting compares whole paths byte by byte, also where one folder lies inside another and
+// where a name sorts before a sub-folder ("a b" < "a/" < "a0"); equal paths keep their order.
+TEST(VolumeFileTest, SortByPathOrdersWholePathsAcrossNestedFolders) {
+    const std::vector<std::string> paths = {"/m/A/a/z.mp3",   "/m/A/a0.mp3",   "/m/A/a b/x.mp3",
+                                            "/m/A/a/b/c.mp3", "/m/A/.mp3",     "/m/A/a.mp3",
+                                            "/m/B/1.mp3",     "/m/A/a/b.mp3",  "d:\\old\\1.mp3",
+                                            "/m/A/a/z.mp3",   "/m/A/a/b/a.mp3"};
+    VirtualVolume volume("V");
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        volume.Append(VolumeSong("V", paths[i], std::to_string(i)));
+    }
+    EXPECT_FALSE(volume.IsSortedByPath());
+    volume.SortByPath();
+    EXPECT_TRUE(volume.IsSortedByPath());
+    std::vector<std::string> expected = paths;
+    std::stable_sort(expected.begin(), expected.end());
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(volume.PathOf(i), expected[i]) << i;
+    }
+    // The two equal paths in their first order.
+    const auto first =
+        std::find(expected.begin(), expected.end(), "/m/A/a/z.mp3") - expected.begin();
+    EXPECT_EQ(volume.Song(static_cast<std::size_t>(first)).Title, "0");
+    EXPECT_EQ(volume.Song(static_cast<std::size_t>(first) + 1).Title, "9");
 }
 
 TEST(VolumeFileTest, CountLargerThanTheFileAllocatesNothingAndFails) {
