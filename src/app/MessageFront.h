@@ -1,8 +1,9 @@
 #pragma once
 
-// How a front end speaks to the user: a message, and the question of whether to save the open
-// playlist. Every front end has this much: the desktop program shows boxes, the command-line
-// tool writes one line on standard error and asks nothing.
+// How a front end speaks to the user: a message, the question of whether to save the open
+// playlist, and a yes/no question (the catalogue's offers of its backups). Every front end has
+// this much: the desktop program shows boxes, the command-line tool writes one line on standard
+// error and asks nothing.
 
 #include "util/UserMessage.h"
 
@@ -14,6 +15,8 @@ public:
 
     virtual void ShowMessage(const UserMessage& message) = 0;
     virtual SaveAnswer AskSaveList(const UserMessage& question) = 0;
+    // A front end that cannot ask answers No.
+    virtual bool AskYesNo(const UserMessage& /*question*/) { return false; }
 };
 
 }  // namespace jk

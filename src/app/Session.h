@@ -68,8 +68,6 @@ struct Session {
     VirtualCatalogue Virtual;
     // The folder nodes of each volume, as LoadVirtualFolders made them (in the table's order).
     std::vector<std::vector<VirtualFolderNode>> VirtualTrees;
-    // The questions of loading the database; null answers No and shows nothing.
-    CatalogueQuestions* CatalogueAsk = nullptr;
     // The file system the database is saved through (tests put a faulty one here); null for
     // the real one.
     CatalogueFiles* Files = nullptr;

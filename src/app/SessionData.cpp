@@ -45,18 +45,22 @@ void SessionData::LoadCache(Session& session, const StepProgress& progress) {
 
 namespace {
 
-// Answers No and shows nothing: a front end without questions.
-class NoQuestions final : public CatalogueQuestions {
+// The catalogue's questions and messages, put through the front end's.
+class FrontQuestions final : public CatalogueQuestions {
 public:
-    bool AskYesNo(const UserMessage& /*question*/) override { return false; }
-    void ShowMessage(const UserMessage& /*message*/) override {}
+    explicit FrontQuestions(MessageFront& messages) : m_messages(messages) {}
+    bool AskYesNo(const UserMessage& question) override { return m_messages.AskYesNo(question); }
+    void ShowMessage(const UserMessage& message) override { m_messages.ShowMessage(message); }
+
+private:
+    MessageFront& m_messages;
 };
 
 }  // namespace
 
-void SessionData::LoadVirtualCache(Session& session, const StepProgress& progress) {
-    NoQuestions none;
-    CatalogueQuestions& questions = session.CatalogueAsk != nullptr ? *session.CatalogueAsk : none;
+void SessionData::LoadVirtualCache(Session& session, MessageFront& messages,
+                                   const StepProgress& progress) {
+    FrontQuestions questions(messages);
     CatalogueFiles& files = session.Files != nullptr ? *session.Files : RealCatalogueFiles();
     RemoveSaveLeftovers(files, session.AppPath);
     LoadProgress splash;

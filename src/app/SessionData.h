@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 
+#include "app/MessageFront.h"
 #include "app/Messages.h"
 #include "browse/DriveRoot.h"
 #include "playback/PlayerCommands.h"
@@ -35,7 +36,9 @@ public:
     virtual void InitializeDrives(Session& session);
     virtual void LoadCache(Session& session, const StepProgress& progress);
     // Sets VolumesReady to -1 when the database is already held per volume.
-    virtual void LoadVirtualCache(Session& session, const StepProgress& progress);
+    // The questions of a damaged database go to the front end's messages.
+    virtual void LoadVirtualCache(Session& session, MessageFront& messages,
+                                  const StepProgress& progress);
     virtual void BuildVirtualVolumes(Session& session, const StepProgress& progress);
     // Sorts each volume's songs and makes the nodes of its folders (Session::VirtualTrees).
     virtual void LoadVirtualFolders(Session& session);

@@ -143,7 +143,7 @@ bool InitializeMain(Session& session, const SessionFront& front, SessionData& da
 
     front.Startup.SetStatus(kStatusVirtual);
     front.Startup.ClearProgress();
-    data.LoadVirtualCache(session, progress);
+    data.LoadVirtualCache(session, front.Messages, progress);
     if (session.VolumesReady == 0) {
         front.Startup.SetStatus(kStatusBuildVirtual);
         data.BuildVirtualVolumes(session, progress);

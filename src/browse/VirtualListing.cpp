@@ -1,10 +1,10 @@
 #include "browse/VirtualListing.h"
 
-#include "browse/RowCopy.h"
 #include "browse/ScanAddSong.h"
 #include "catalogue/SongCache.h"
 #include "catalogue/SongFields.h"
 #include "catalogue/VirtualFolders.h"
+#include "listing/RowCopy.h"
 
 namespace jk {
 namespace {

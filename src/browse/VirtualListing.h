@@ -10,7 +10,7 @@
 #include <string_view>
 
 #include "catalogue/VirtualVolumes.h"
-#include "playback/ListRow.h"
+#include "listing/ListRow.h"
 
 namespace jk {
 

@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "browse/FolderWalk.h"
-#include "browse/WalkRules.h"
 #include "catalogue/SongCache.h"
+#include "listing/WalkRules.h"
 #include "util/PathHelpers.h"
 
 namespace jk {

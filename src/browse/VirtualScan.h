@@ -12,9 +12,9 @@
 #include <string_view>
 
 #include "browse/FolderLister.h"
-#include "browse/ReadAhead.h"
+#include "catalogue/GetSongInfo.h"
 #include "catalogue/VirtualVolume.h"
-#include "metadata/GetSongInfo.h"
+#include "listing/ReadAhead.h"
 
 namespace jk {
 

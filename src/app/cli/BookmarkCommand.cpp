@@ -7,7 +7,9 @@
 #include "app/Session.h"
 #include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
-#include "app/cli/SongCommandSupport.h"
+#include "app/cli/CommandArgs.h"
+#include "app/cli/CommandOutput.h"
+#include "app/cli/SongLookupRun.h"
 #include "catalogue/Bookmarks.h"
 #include "util/StringHelpers.h"
 #include "util/Text.h"
@@ -22,7 +24,7 @@ std::string BookmarkPath(const Session& session) {
 int Save(const Session& session) {
     const IoResult saved = SaveBookmarks(BookmarkPath(session), session.Bookmarks);
     if (!saved.ok) {
-        CliContext::Error(saved.error);
+        PrintError(saved.error);
         return kExitFailed;
     }
     return kExitOk;
@@ -78,7 +80,7 @@ int RunBookmark(CliContext& context, std::span<const std::string> args) {
         const double n = Val(args[1]);
         if (args[1].empty() || !IsAllDigits(args[1]) || n < 1 ||
             n > static_cast<double>(session.Bookmarks.size())) {
-            CliContext::Error("bookmark " + args[1] + ": no such bookmark");
+            PrintError("bookmark " + args[1] + ": no such bookmark");
             return kExitFailed;
         }
         session.Bookmarks.erase(session.Bookmarks.begin() + static_cast<std::ptrdiff_t>(n) - 1);

@@ -7,8 +7,10 @@
 #include "app/Session.h"
 #include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
-#include "app/cli/ListCommandSupport.h"
-#include "app/cli/SongCommandSupport.h"
+#include "app/cli/CommandArgs.h"
+#include "app/cli/CommandOutput.h"
+#include "app/cli/InterruptStop.h"
+#include "app/cli/SongLookupRun.h"
 #include "app/cli/VdriveSupport.h"
 #include "browse/VirtualListing.h"
 #include "catalogue/InsertDisc.h"
@@ -75,12 +77,12 @@ int List(CliContext& context, Args args) {
 int ReportScan(const ScanOutcome& outcome, const std::string& name, CliVirtualFront& front,
                int saved) {
     if (outcome.aborted) {
-        CliContext::Error("the scan was stopped; " + name + " was not changed");
+        PrintError("the scan was stopped; " + name + " was not changed");
         return kExitInterrupted;
     }
     if (!outcome.added) {
         if (!front.Told()) {
-            CliContext::Error("no songs were found; no volume " + name + " was added");
+            PrintError("no songs were found; no volume " + name + " was added");
         }
         return kExitFailed;
     }
@@ -102,7 +104,7 @@ int Create(CliContext& context, Args args) {
     }
     const std::string start = FullPathOf(parsed.operands[0]);
     if (!FolderExists(start)) {
-        CliContext::Error(start + ": no such folder");
+        PrintError(start + ": no such folder");
         return kExitFailed;
     }
     if (!context.AcquireWriteAccess()) {
@@ -121,7 +123,7 @@ int Create(CliContext& context, Args args) {
         const MountedDisc* disc = DiscOfPath(discs, start);
         name = disc != nullptr ? std::string(Trim(disc->Label)) : std::string();
         if (name.empty()) {
-            CliContext::Error(start + ": the disc has no label; give --name NAME");
+            PrintError(start + ": the disc has no label; give --name NAME");
             return kExitUsage;
         }
     }
@@ -161,7 +163,7 @@ int Update(CliContext& context, Args args) {
         return kExitFailed;
     }
     if (FindVolume(session.Virtual.Volumes, name) == kNoVolume) {
-        CliContext::Error(name + ": no such volume");
+        PrintError(name + ": no such volume");
         return kExitFailed;
     }
     CliVirtualFront front;
@@ -185,7 +187,7 @@ int Remove(CliContext& context, Args args) {
     const std::vector<std::string> names(args.begin(), args.end());
     for (const std::string& name : names) {
         if (FindVolume(session.Virtual.Volumes, name) == kNoVolume) {
-            CliContext::Error(name + ": no such volume; nothing was removed");
+            PrintError(name + ": no such volume; nothing was removed");
             return kExitFailed;
         }
     }
@@ -205,7 +207,7 @@ int Rename(CliContext& context, Args args) {
         return kExitFailed;
     }
     if (FindVolume(session.Virtual.Volumes, args[0]) == kNoVolume) {
-        CliContext::Error(args[0] + ": no such volume");
+        PrintError(args[0] + ": no such volume");
         return kExitFailed;
     }
     CliVirtualFront front;
@@ -248,7 +250,7 @@ int Ls(CliContext& context, Args args) {
     } else {
         const std::string& key = parsed.operands[0];
         if (FindVolume(session.Virtual.Volumes, SplitVirtualKey(key).Volume) == kNoVolume) {
-            CliContext::Error(key + ": no such volume");
+            PrintError(key + ": no such volume");
             return kExitFailed;
         }
         if (parsed.Has("--recurse")) {
@@ -273,14 +275,14 @@ int Export(CliContext& context, Args args) {
     const std::vector<std::string> names(args.begin() + 1, args.end());
     for (const std::string& name : names) {
         if (FindVolume(session.Virtual.Volumes, name) == kNoVolume) {
-            CliContext::Error(name + ": no such volume; nothing was written");
+            PrintError(name + ": no such volume; nothing was written");
             return kExitFailed;
         }
     }
     const std::string path = FullPathOf(args[0]);
     const ExportResult result = VirtualExport(session, names, path);
     if (!result.io.ok) {
-        CliContext::Error(result.io.error);
+        PrintError(result.io.error);
         return kExitFailed;
     }
     PrintOut(path + ": " + std::to_string(result.songs) + " songs");
@@ -293,7 +295,7 @@ int Import(CliContext& context, Args args) {
     }
     const std::string path = FullPathOf(args[0]);
     if (!FileExists(path)) {
-        CliContext::Error(path + ": no such file");
+        PrintError(path + ": no such file");
         return kExitFailed;
     }
     Session& session = VirtualSession(context);
@@ -307,9 +309,9 @@ int Import(CliContext& context, Args args) {
         PrintOut(name);
     }
     if (!result.ok) {
-        CliContext::Error(path +
-                          ": the file is damaged; the volumes read before the damage were "
-                          "imported");
+        PrintError(path +
+                   ": the file is damaged; the volumes read before the damage were "
+                   "imported");
         return kExitFailed;
     }
     return FinishOutput(front.Told() ? kExitFailed : saved);
@@ -359,7 +361,7 @@ int Restore(CliContext& context, Args args) {
     VirtualCatalogue check;
     bool ready = false;
     if (!FileExists(backup) || !LoadDatabaseFile(backup, check, true, ready)) {
-        CliContext::Error(backup + " does not load whole; nothing was changed");
+        PrintError(backup + " does not load whole; nothing was changed");
         return kExitFailed;
     }
     std::string bytes;
@@ -369,7 +371,7 @@ int Restore(CliContext& context, Args args) {
         const IoResult read = ReadWholeFile(master, current, std::int64_t{4} << 30);
         const IoResult kept = read.ok ? WriteFileAtomically(master + ".replaced", current) : read;
         if (!kept.ok) {
-            CliContext::Error("cannot keep the current master.dat: " + kept.error);
+            PrintError("cannot keep the current master.dat: " + kept.error);
             return kExitFailed;
         }
     }
@@ -378,7 +380,7 @@ int Restore(CliContext& context, Args args) {
         copied = WriteFileAtomically(master, bytes);
     }
     if (!copied.ok) {
-        CliContext::Error(copied.error);
+        PrintError(copied.error);
         return kExitFailed;
     }
     PrintOut("master.dat restored from master." + args[0] + "; the file it replaced is " +

@@ -6,6 +6,7 @@
 #include "app/Session.h"
 #include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
+#include "app/cli/CommandOutput.h"
 #include "platform/DiscMounts.h"
 #include "util/Text.h"
 
@@ -25,7 +26,7 @@ bool CliVirtualFront::Progress(std::string_view caption, int /*value*/, int /*ma
 void CliVirtualFront::ShowMessage(const UserMessage& message) {
     m_line.Finish();
     m_told = true;
-    CliContext::Error(message.text);
+    PrintError(message.text);
 }
 
 Session& VirtualSession(CliContext& context) {
@@ -48,7 +49,7 @@ bool MayChangeCatalogue(CliContext& context, Session& session) {
         return false;
     }
     if (!session.Virtual.LoadedWhole) {
-        CliContext::Error(
+        PrintError(
             "master.dat did not load whole; nothing was changed (see \"vdrive "
             "restore\")");
         return false;

@@ -149,6 +149,14 @@ SaveAnswer DesktopFront::AskSaveList(const UserMessage& question) {
     }
 }
 
+bool DesktopFront::AskYesNo(const UserMessage& question) {
+    QMessageBox box(IconOf(question.icon), QString::fromStdString(question.title),
+                    QString::fromStdString(question.text), QMessageBox::Yes | QMessageBox::No,
+                    MessageParent());
+    box.setDefaultButton(QMessageBox::Yes);
+    return box.exec() == QMessageBox::Yes;
+}
+
 void DesktopFront::SaveListClick() {
     if (saveList) {
         saveList();

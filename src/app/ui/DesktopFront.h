@@ -54,6 +54,7 @@ public:
     // MessageFront
     void ShowMessage(const UserMessage& message) override;
     SaveAnswer AskSaveList(const UserMessage& question) override;
+    bool AskYesNo(const UserMessage& question) override;
 
     // The main window's caption for the open playlist: its name, "*" when unsaved.
     void ShowPlaylistCaption();

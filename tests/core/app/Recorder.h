@@ -132,7 +132,7 @@ public:
     // SessionData
     void InitializeDrives(Session& s) override { Data("InitializeDrives", s); }
     void LoadCache(Session& s, const StepProgress&) override { Data("LoadCache", s); }
-    void LoadVirtualCache(Session& s, const StepProgress&) override {
+    void LoadVirtualCache(Session& s, MessageFront&, const StepProgress&) override {
         Data("LoadVirtualCache", s);
         if (volumesHeldPerVolume) {
             s.VolumesReady = -1;

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "catalogue/VolumeFile.h"
-#include "core/vdrive/VdriveTestSupport.h"
+#include "core/catalogue/VdriveTestSupport.h"
 
 namespace jk {
 namespace {

@@ -5,7 +5,7 @@
 #include "catalogue/InsertDisc.h"
 #include "catalogue/VirtualImages.h"
 #include "catalogue/VirtualSummary.h"
-#include "core/vdrive/VdriveTestSupport.h"
+#include "core/catalogue/VdriveTestSupport.h"
 
 namespace jk {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "catalogue/VirtualFolders.h"
 #include "catalogue/VolumeFile.h"
-#include "core/vdrive/VdriveTestSupport.h"
+#include "core/catalogue/VdriveTestSupport.h"
 
 namespace jk {
 namespace {
