@@ -31,11 +31,23 @@ std::string_view LastComponent(std::string_view cut) {
     return sep == std::string_view::npos ? cut : cut.substr(sep + 1);
 }
 
+// The drive part of a folder: that of the paths lying in it. DrivePart takes a mount root
+// itself ("/media/ann/DISC") for a folder on "/", but the songs at the top of a disc lie there.
+std::string_view DriveOfFolder(std::string_view folder) {
+    const std::string_view drive = DrivePart(folder);
+    if (drive != "/" || folder.size() <= 1) {
+        return drive;
+    }
+    std::string inside(folder);
+    inside.append("/.");
+    return DrivePart(inside).size() == folder.size() ? folder : drive;
+}
+
 }  // namespace
 
 std::string_view CutDrivePartView(std::string_view folder) {
     folder = WithoutFinalSeparators(folder);
-    const std::string_view drive = DrivePart(folder);
+    const std::string_view drive = DriveOfFolder(folder);
     std::string_view rest = drive == "/" ? folder : folder.substr(drive.size());
     while (!rest.empty() && IsSeparator(rest.back())) {
         rest.remove_suffix(1);

@@ -159,8 +159,8 @@ TEST(VolumeFileTest, LongFieldsAndOddNamesSurviveARoundTrip) {
     VolumeTable again;
     ASSERT_TRUE(LoadVolumesFromBytes(VolumesBytes(table), again).ok);
     ASSERT_EQ(again.size(), 1u);
-    // Not UTF-8: read as windows-1252, as every data file is.
-    EXPECT_EQ(again[0].Name, "\xc3\xbf\xc3\xbe");
+    // Not UTF-8: kept byte for byte (an older installation's raw bytes read as windows-1252).
+    EXPECT_EQ(again[0].Name, "\xff\xfe");
     EXPECT_EQ(again[0].Song(0).Comment.size(), 65535u);
     EXPECT_EQ(again[0].Song(0).Path, song.Path);
 }
@@ -249,6 +249,10 @@ TEST(VirtualFoldersTest, NodesCutTheDrivePartAndIncludeAncestors) {
 
     EXPECT_EQ(CutDrivePart("/home/ann/x/"), "/home/ann/x");
     EXPECT_EQ(CutDrivePart("/"), "");
+    // A folder that is a mount root is the top of its disc, not a folder on "/".
+    EXPECT_EQ(CutDrivePart("/media/ann/DISC"), "");
+    EXPECT_EQ(CutDrivePart("/mnt/stick/"), "");
+    EXPECT_EQ(CutDrivePart("/media/ann/DISC/rock"), "/rock");
     std::vector<TreeRootInfo> roots = {{"/", false}, {"abba", true}, {"Zappa", true}};
     EXPECT_EQ(VirtualRootPosition(roots, "Metal"), 2u);
     EXPECT_EQ(VirtualRootPosition(roots, "zz"), 3u);
