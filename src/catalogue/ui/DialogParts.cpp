@@ -1,0 +1,84 @@
+#include "catalogue/ui/DialogParts.h"
+
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QLabel>
+#include <QListWidget>
+#include <QProgressBar>
+#include <QPushButton>
+
+namespace jk {
+
+QString ToQString(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+std::string ToStdString(const QString& text) {
+    return text.toStdString();
+}
+
+QPushButton* DialogButton(std::string_view caption, const char* name) {
+    auto* button = new QPushButton(ToQString(caption));
+    button->setObjectName(QLatin1String(name));
+    button->setAutoDefault(false);
+    return button;
+}
+
+QComboBox* HistoryCombo(const std::vector<std::string>& history, const char* name,
+                        const QString& first) {
+    auto* combo = new QComboBox;
+    combo->setObjectName(QLatin1String(name));
+    combo->setEditable(true);
+    combo->setInsertPolicy(QComboBox::NoInsert);
+    combo->setMinimumContentsLength(32);
+    for (const std::string& entry : history) {
+        if (!entry.empty()) {
+            combo->addItem(ToQString(entry));
+        }
+    }
+    if (!first.isEmpty()) {
+        combo->setEditText(first);
+    } else if (combo->count() > 0) {
+        combo->setCurrentIndex(0);
+    }
+    return combo;
+}
+
+QListWidget* VolumeList(const std::vector<std::string>& names, bool several, const char* name) {
+    auto* list = new QListWidget;
+    list->setObjectName(QLatin1String(name));
+    list->setSelectionMode(several ? QAbstractItemView::ExtendedSelection
+                                   : QAbstractItemView::SingleSelection);
+    for (const std::string& volume : names) {
+        auto* item = new QListWidgetItem(ToQString(volume), list);
+        item->setIcon(QIcon::fromTheme(QStringLiteral("media-optical")));
+    }
+    return list;
+}
+
+std::vector<std::string> SelectedNames(const QListWidget& list) {
+    std::vector<std::string> names;
+    for (int row = 0; row < list.count(); ++row) {
+        if (list.item(row)->isSelected()) {
+            names.push_back(ToStdString(list.item(row)->text()));
+        }
+    }
+    return names;
+}
+
+bool DialogScanProgress::Update(std::string_view caption, int value, int maximum) {
+    m_caption.setText(ToQString(caption));
+    if (maximum > 0) {
+        m_bar.setRange(0, maximum);
+        m_bar.setValue(std::min(value, maximum));
+    } else {
+        m_bar.setRange(0, 0);  // busy: the walk does not know its end
+    }
+    if (!m_sinceYield.isValid() || m_sinceYield.elapsed() >= 50) {
+        QCoreApplication::processEvents();
+        m_sinceYield.start();
+    }
+    return !m_stopped;
+}
+
+}  // namespace jk
