@@ -87,17 +87,29 @@ void FolderTree::RemoveChildren(TreeNode* parent, std::size_t first, std::size_t
 }
 
 TreeNode& FolderTree::AppendChild(TreeNode* parent, std::unique_ptr<TreeNode> child) {
+    const std::size_t end = ChildrenOf(parent).size();
+    return InsertChild(parent, end, std::move(child));
+}
+
+TreeNode& FolderTree::InsertChild(TreeNode* parent, std::size_t at,
+                                  std::unique_ptr<TreeNode> child) {
     auto& children = parent == nullptr ? m_roots : parent->Children;
     child->Parent = parent;
-    const std::size_t at = children.size();
+    at = std::min(at, children.size());
     if (m_observer) {
         m_observer->ChildrenAboutToBeInserted(parent, at, at);
     }
-    children.push_back(std::move(child));
+    TreeNode& inserted = **children.insert(children.begin() + static_cast<std::ptrdiff_t>(at),
+                                           std::move(child));
     if (m_observer) {
         m_observer->ChildrenInserted();
     }
-    return *children.back();
+    return inserted;
+}
+
+TreeNode& FolderTree::InsertNode(TreeNode* parent, std::size_t at, std::string key,
+                                 std::string text, int image) {
+    return InsertChild(parent, at, MakeNode(std::move(key), std::move(text), image));
 }
 
 void FolderTree::AddPlaceholder(TreeNode& node) {

@@ -74,6 +74,10 @@ public:
     void InitializeDrives(const DriveList& drives);
     // Adds a root at the end; with `placeholder`, it gets a placeholder child.
     TreeNode& AddRoot(std::string key, std::string text, int image, bool placeholder);
+    // Inserts a node without a placeholder among the children of `parent` (the roots when it
+    // is null) at `at`, clamped to their count.
+    TreeNode& InsertNode(TreeNode* parent, std::size_t at, std::string key, std::string text,
+                         int image);
     // Removes the root with this key and everything below it; false when there is none.
     bool RemoveRootNode(std::string_view key);
     TreeNode* FindRoot(std::string_view key) const;
@@ -103,6 +107,7 @@ public:
 private:
     void RemoveChildren(TreeNode* parent, std::size_t first, std::size_t count);
     TreeNode& AppendChild(TreeNode* parent, std::unique_ptr<TreeNode> child);
+    TreeNode& InsertChild(TreeNode* parent, std::size_t at, std::unique_ptr<TreeNode> child);
     void AddPlaceholder(TreeNode& node);
     TreeNode* RootHolding(std::string_view path) const;
     bool Holds(const TreeNode* ancestor, const TreeNode* node) const;

@@ -17,8 +17,10 @@
 
 #include "browse/DriveRoot.h"
 #include "browse/FolderTree.h"
+#include "browse/VirtualTree.h"
 #include "browse/ui/FolderTreeModel.h"
 #include "platform/DirectoryListing.h"
+#include "ui/WindowShots.h"
 
 namespace {
 
@@ -109,6 +111,7 @@ private Q_SLOTS:
     void treeChangesPassTheModelChecker();
     void expandToPathGivesTheIndexTheViewOpensTo();
     void grabShowsTheTreeAsAUserSeesIt();
+    void catalogedVolumesShowWhetherTheirDiscIsInserted();
 };
 
 void FolderTreeModelTest::nodesShowTextIconAndKeyAndOpenOnlyWhenAsked() {
@@ -282,6 +285,58 @@ void FolderTreeModelTest::grabShowsTheTreeAsAUserSeesIt() {
     view.scrollTo(model.IndexOf(disc));
     QCoreApplication::processEvents();
     QVERIFY(view.grab().save(QStringLiteral("/tmp/jukarra-tree-model.png")));
+}
+
+void FolderTreeModelTest::catalogedVolumesShowWhetherTheirDiscIsInserted() {
+    MusicTree scene;
+    scene.tree.AddRoot("/", "/", jk::kDriveFixed, true);
+    for (const char* name : {"Summer 1999", "jazz live", "Autumn"}) {
+        jk::VirtualVolume volume(name);
+        for (const char* path : {"/media/ann/D/rock/a.mp3", "/media/ann/D/rock/old/b.mp3",
+                                 "/media/ann/D/Jazz/c.mp3"}) {
+            jk::SongInfo song;
+            song.Path = path;
+            song.Volume = name;
+            volume.Append(song);
+        }
+        jk::AddVirtualVolume(scene.tree, jk::AddVolumeTree(volume));
+    }
+    FolderTreeModel model(scene.tree);
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    const auto rootNamed = [&model](const char* text) {
+        for (int row = 0; row < model.rowCount(); ++row) {
+            if (model.index(row, 0).data().toString() == QString::fromUtf8(text)) {
+                return model.index(row, 0);
+            }
+        }
+        return QModelIndex();
+    };
+    const QModelIndex jazz = rootNamed("jazz live");
+    const QModelIndex summer = rootNamed("Summer 1999");
+    QCOMPARE(jazz.row(), 2);  // "/", then the volumes by name ignoring case
+    const qint64 absentIcon = jazz.data(Qt::DecorationRole).value<QIcon>().cacheKey();
+    QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
+
+    model.SetPresentVolumes({{"jazz live", "/media/ann/JAZZ_LIVE"}});
+    QCOMPARE(jazz.data(Qt::ToolTipRole).toString(),
+             QStringLiteral("Inserted at /media/ann/JAZZ_LIVE"));
+    QVERIFY(jazz.data(Qt::DecorationRole).value<QIcon>().cacheKey() != absentIcon);
+    QVERIFY(!summer.data(Qt::ToolTipRole).isValid());
+    QVERIFY(!model.index(0, 0, jazz).data(Qt::ToolTipRole).isValid());  // folders: no mark
+    const qsizetype told = changed.count();
+    QVERIFY(told > 0);
+    model.SetPresentVolumes({{"jazz live", "/media/ann/JAZZ_LIVE"}});
+    QCOMPARE(changed.count(), told);  // nothing changed, nothing told
+
+    QTreeView view;
+    view.setModel(&model);
+    view.setHeaderHidden(true);
+    view.expand(summer);
+    view.expand(model.index(1, 0, summer));
+    view.resize(320, 260);
+    jk::test::SaveShot(view, QStringLiteral("tree-volumes"));
+    model.SetPresentVolumes({});
+    QVERIFY(!jazz.data(Qt::ToolTipRole).isValid());
 }
 
 QTEST_MAIN(FolderTreeModelTest)

@@ -1,8 +1,11 @@
 #include "browse/ui/FolderTreeModel.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QApplication>
+#include <QPainter>
+#include <QPixmap>
 #include <QStyle>
 
 #include "browse/DriveRoot.h"
@@ -33,6 +36,31 @@ constexpr IconSource kIconSources[] = {
     {kImageHome, "user-home", QStyle::SP_DirHomeIcon},
 };
 
+// A present volume's icon: the disc with the theme's "mounted" emblem in its corner.
+QIcon PresentIcon(const QIcon& disc) {
+    const QIcon emblem = QIcon::fromTheme(QStringLiteral("emblem-mounted"),
+                                          QIcon::fromTheme(QStringLiteral("emblem-default")));
+    QIcon icon;
+    for (const int size : {16, 22, 24, 32, 48}) {
+        QPixmap pixmap = disc.pixmap(size, size);
+        if (!emblem.isNull()) {
+            QPainter painter(&pixmap);
+            const int corner = size / 2;
+            painter.drawPixmap(size - corner, size - corner, emblem.pixmap(corner, corner));
+        } else {
+            // No emblem in the theme: a green dot says the same.
+            QPainter painter(&pixmap);
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setPen(Qt::white);
+            painter.setBrush(QColor(0x2e, 0xa0, 0x43));
+            const int dot = std::max(6, size / 3);
+            painter.drawEllipse(size - dot - 1, size - dot - 1, dot, dot);
+        }
+        icon.addPixmap(pixmap);
+    }
+    return icon;
+}
+
 }  // namespace
 
 FolderTreeModel::FolderTreeModel(FolderTree& tree, QObject* parent)
@@ -43,7 +71,26 @@ FolderTreeModel::FolderTreeModel(FolderTree& tree, QObject* parent)
         m_icons[static_cast<std::size_t>(source.image)] =
             QIcon::fromTheme(QLatin1String(source.themeName), fallback);
     }
+    m_presentIcon = PresentIcon(m_icons[kImageVirtual]);
     m_tree.SetObserver(this);
+}
+
+void FolderTreeModel::SetPresentVolumes(const std::vector<PresentVolume>& present) {
+    std::map<std::string, std::string> now;
+    for (const PresentVolume& volume : present) {
+        now.emplace(volume.Name, volume.MountRoot);
+    }
+    if (now == m_present) {
+        return;
+    }
+    m_present = std::move(now);
+    const auto& roots = m_tree.Roots();
+    for (std::size_t row = 0; row < roots.size(); ++row) {
+        if (roots[row]->Image == kImageVirtual) {
+            const QModelIndex at = index(static_cast<int>(row), 0);
+            Q_EMIT dataChanged(at, at, {Qt::DecorationRole, Qt::ToolTipRole});
+        }
+    }
 }
 
 FolderTreeModel::~FolderTreeModel() {
@@ -110,7 +157,19 @@ QVariant FolderTreeModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole:
             return ToQString(node->Text);
         case Qt::DecorationRole:
+            if (node->Parent == nullptr && node->Image == kImageVirtual &&
+                m_present.count(node->Key) != 0) {
+                return m_presentIcon;
+            }
             return IconOf(node->Image);
+        case Qt::ToolTipRole:
+            if (node->Parent == nullptr && node->Image == kImageVirtual) {
+                const auto present = m_present.find(node->Key);
+                if (present != m_present.end()) {
+                    return ToQString(InsertedTooltip(present->second));
+                }
+            }
+            return {};
         case KeyRole:
             return ToQString(node->Key);
         default:

@@ -6,6 +6,8 @@
 
 #include <array>
 #include <cstddef>
+#include <map>
+#include <string>
 #include <vector>
 
 #include <QAbstractItemModel>
@@ -13,6 +15,7 @@
 #include <QPersistentModelIndex>
 
 #include "browse/FolderTree.h"
+#include "catalogue/DiscPresence.h"
 
 namespace jk {
 
@@ -39,6 +42,10 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
     bool canFetchMore(const QModelIndex& parent) const override;
     void fetchMore(const QModelIndex& parent) override;
+
+    // The catalogued volumes whose disc is inserted now: their roots show an emblem and the
+    // tooltip "Inserted at MOUNT". Replaces the previous set.
+    void SetPresentVolumes(const std::vector<PresentVolume>& present);
 
     // The node behind an index; null for the invisible top (and for an index of another model).
     TreeNode* NodeOf(const QModelIndex& index) const;
@@ -70,6 +77,8 @@ private:
     bool m_fetching = false;
     std::vector<QPersistentModelIndex> m_waitingFetches;
     std::array<QIcon, 10> m_icons;
+    QIcon m_presentIcon;
+    std::map<std::string, std::string> m_present;  // volume name -> its mount root
 };
 
 }  // namespace jk
