@@ -99,8 +99,8 @@ TreeNode& FolderTree::InsertChild(TreeNode* parent, std::size_t at,
     if (m_observer) {
         m_observer->ChildrenAboutToBeInserted(parent, at, at);
     }
-    TreeNode& inserted = **children.insert(children.begin() + static_cast<std::ptrdiff_t>(at),
-                                           std::move(child));
+    TreeNode& inserted =
+        **children.insert(children.begin() + static_cast<std::ptrdiff_t>(at), std::move(child));
     if (m_observer) {
         m_observer->ChildrenInserted();
     }

@@ -55,8 +55,9 @@ TreeNode* AddVirtualVolume(FolderTree& tree, const std::vector<VirtualFolderNode
         if (parent == byKey.end()) {
             continue;  // AddVolumeTree gives parents first; a stray node has nowhere to go
         }
-        TreeNode& added = tree.InsertNode(parent->second, SortedPosition(*parent->second, node.Text),
-                                          node.Key, node.Text, kImageFolder);
+        TreeNode& added =
+            tree.InsertNode(parent->second, SortedPosition(*parent->second, node.Text), node.Key,
+                            node.Text, kImageFolder);
         byKey.emplace(added.Key, &added);
     }
     return &root;

@@ -67,8 +67,8 @@ TEST(VirtualTreeTest, TheVirtualRoadFindsAKeyOrItsNearestParent) {
         const char* reached;  // "" for none
     };
     const Case cases[] = {
-        {"CD/rock/a", "CD/rock/a"}, {"CD", "CD"},         {"CD/rock/gone/deeper", "CD/rock"},
-        {"CD/gone", "CD"},          {"Other/rock", ""},   {"CD/jazz", "CD/jazz"},
+        {"CD/rock/a", "CD/rock/a"}, {"CD", "CD"},       {"CD/rock/gone/deeper", "CD/rock"},
+        {"CD/gone", "CD"},          {"Other/rock", ""}, {"CD/jazz", "CD/jazz"},
     };
     for (const Case& c : cases) {
         TreeNode* node = tree.ExpandToPath(c.key);
