@@ -8,7 +8,9 @@
 #include <sys/utsname.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <sstream>
@@ -92,6 +94,27 @@ void WalkSongs(const std::string& folder, const std::function<void(const std::st
     }
 }
 
+std::size_t ReadFloor(const std::string& path) {
+    struct stat st {};
+    if (::stat(path.c_str(), &st) != 0) {
+        return 0;
+    }
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) {
+        return 0;
+    }
+    char head[4096];
+    char tail[256];
+    std::size_t got = 0;
+    got += static_cast<std::size_t>(std::max<ssize_t>(::pread(fd, head, sizeof head, 0), 0));
+    const off_t at = st.st_size > 256 ? st.st_size - 256 : 0;
+    got += static_cast<std::size_t>(std::max<ssize_t>(::pread(fd, tail, sizeof tail, at), 0));
+    ::close(fd);
+    return got;
+}
+
+namespace {
+
 double CpuSeconds() {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
@@ -114,6 +137,39 @@ PassResult TimePass(const std::vector<std::string>& files,
     result.cpuSeconds = CpuSeconds() - cpuStart;
     result.files = files.size();
     return result;
+}
+
+DiskBytes DiskBytesNow(const std::string& path) {
+    DiskBytes bytes;
+    struct stat st {};
+    if (::stat(path.c_str(), &st) == 0) {
+        std::ifstream stat("/sys/dev/block/" + std::to_string(major(st.st_dev)) + ":" +
+                           std::to_string(minor(st.st_dev)) + "/stat");
+        std::int64_t readsDone = 0;
+        std::int64_t readsMerged = 0;
+        std::int64_t sectors = 0;
+        if (stat >> readsDone >> readsMerged >> sectors) {
+            bytes.device = sectors * 512;
+        }
+    }
+    std::ifstream io("/proc/self/io");
+    std::string key;
+    std::int64_t value = 0;
+    while (io >> key >> value) {
+        if (key == "read_bytes:") {
+            bytes.process = value;
+        }
+    }
+    return bytes;
+}
+
+std::string MegabytesText(std::int64_t before, std::int64_t after) {
+    if (before < 0 || after < 0) {
+        return "-";
+    }
+    char text[32];
+    std::snprintf(text, sizeof text, "%.0f", static_cast<double>(after - before) / 1e6);
+    return text;
 }
 
 double PeakRssMiB() {

@@ -31,9 +31,24 @@ struct PassResult {
     double FilesPerSecond() const { return seconds > 0 ? static_cast<double>(files) / seconds : 0; }
 };
 
+// The I/O floor of reading a song: its status, one read of 4 KB at the head and one of 256 bytes
+// at the tail, nothing parsed. Gives the bytes read.
+std::size_t ReadFloor(const std::string& path);
+
 // Times one pass of `work` over all files.
 PassResult TimePass(const std::vector<std::string>& files,
                     const std::function<void(const std::string&)>& work);
+
+// Bytes read from the disk so far: by the whole block device that holds a path (field 3 of its
+// /sys/dev/block/MAJOR:MINOR/stat, in sectors of 512 bytes; other processes' reads count too),
+// and by this process alone (read_bytes of /proc/self/io). -1 where the system doesn't tell.
+struct DiskBytes {
+    std::int64_t device = -1;
+    std::int64_t process = -1;
+};
+DiskBytes DiskBytesNow(const std::string& path);
+// The bytes read between two readings, in MB ("-" where unknown).
+std::string MegabytesText(std::int64_t before, std::int64_t after);
 
 // Peak resident memory of this process so far, in MiB.
 double PeakRssMiB();

@@ -30,20 +30,7 @@ namespace {
 std::size_t g_sink = 0;  // printed at the end, so no pass is optimised away
 
 void ReadFloor(const std::string& path) {
-    struct stat st {};
-    if (::stat(path.c_str(), &st) != 0) {
-        return;
-    }
-    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0) {
-        return;
-    }
-    char head[4096];
-    char tail[256];
-    g_sink += static_cast<std::size_t>(::pread(fd, head, sizeof head, 0));
-    const off_t at = st.st_size > 256 ? st.st_size - 256 : 0;
-    g_sink += static_cast<std::size_t>(::pread(fd, tail, sizeof tail, at));
-    ::close(fd);
+    g_sink += jkbench::ReadFloor(path);
 }
 
 void ReadTagLib(const std::string& path) {
@@ -65,15 +52,14 @@ struct Ours {
     jk::SongCache cache;
     std::int32_t lookups = 0;
     std::int32_t hits = 0;
-    jk::SongLookupContext context{cache, lookups, hits, {}, {}};
+    jk::SongLookup lookup{cache, {lookups, hits}};
 
     explicit Ours(bool extensions) {
-        context.options.readId3v2 = extensions;
-        context.options.exactTimes = extensions;
+        lookup.Options().readId3v2 = extensions;
+        lookup.Options().exactTimes = extensions;
     }
     void Read(const std::string& path) {
-        std::string p = path;
-        const jk::SongInfo song = jk::GetSongInfo(p, false, context);
+        const jk::SongInfo song = jk::GetSongInfo(path, lookup);
         g_sink += song.Title.size() + song.Time.size();
     }
 };
@@ -81,6 +67,8 @@ struct Ours {
 struct Row {
     std::string name;
     jkbench::PassResult result;
+    std::string deviceMB;  // bytes read from the disk, when measured
+    std::string processMB;
 };
 
 void Print(const char* heading, const std::vector<Row>& rows, const std::string& reference) {
@@ -91,13 +79,20 @@ void Print(const char* heading, const std::vector<Row>& rows, const std::string&
         }
     }
     std::printf("\n%s\n", heading);
-    std::printf("  %-32s %10s %9s %7s %11s\n", "reader", "files/s", "seconds", "ratio",
+    const bool bytes = !rows.empty() && !rows.front().deviceMB.empty();
+    std::printf("  %-32s %10s %9s %7s %11s", "reader", "files/s", "seconds", "ratio",
                 "cpu us/file");
+    std::printf(bytes ? " %9s %9s\n" : "\n", "MB device", "MB ours");
     for (const Row& row : rows) {
         const double rate = row.result.FilesPerSecond();
-        std::printf("  %-32s %10.0f %9.3f %6.2fx %11.1f\n", row.name.c_str(), rate,
+        std::printf("  %-32s %10.0f %9.3f %6.2fx %11.1f", row.name.c_str(), rate,
                     row.result.seconds, referenceRate > 0 ? rate / referenceRate : 0.0,
                     1e6 * row.result.cpuSeconds / static_cast<double>(row.result.files));
+        if (bytes) {
+            std::printf(" %9s %9s\n", row.deviceMB.c_str(), row.processMB.c_str());
+        } else {
+            std::printf("\n");
+        }
     }
     std::printf("  (ratios against: %s)\n", reference.c_str());
 }
@@ -149,14 +144,16 @@ int main(int argc, char** argv) {
     std::unique_ptr<Ours> on;
     std::unique_ptr<Ours> off;
     std::vector<Row> warm;
-    warm.push_back(
-        {"GetSongInfo, extensions on", best([&](const std::string& p) { on->Read(p); },
-                                            [&] { on = std::make_unique<Ours>(true); })});
-    warm.push_back(
-        {"GetSongInfo, extensions off", best([&](const std::string& p) { off->Read(p); },
-                                             [&] { off = std::make_unique<Ours>(false); })});
-    warm.push_back({"TagLib FileRef (Fast)", best(ReadTagLib, [] {})});
-    warm.push_back({"I/O floor (stat, head, tail)", best(ReadFloor, [] {})});
+    warm.push_back({"GetSongInfo, extensions on",
+                    best([&](const std::string& p) { on->Read(p); },
+                         [&] { on = std::make_unique<Ours>(true); }),
+                    "", ""});
+    warm.push_back({"GetSongInfo, extensions off",
+                    best([&](const std::string& p) { off->Read(p); },
+                         [&] { off = std::make_unique<Ours>(false); }),
+                    "", ""});
+    warm.push_back({"TagLib FileRef (Fast)", best(ReadTagLib, [] {}), "", ""});
+    warm.push_back({"I/O floor (stat, head, tail)", best(ReadFloor, [] {}), "", ""});
     Print("warm page cache, empty song cache", warm, "TagLib FileRef (Fast)");
 
     // `on` now holds every song. The cache is keyed by bare file name, so a file that shares its
@@ -173,36 +170,47 @@ int main(int argc, char** argv) {
         }
     }
     std::vector<Row> listing;
-    listing.push_back(
-        {"GetSongInfo, warm song cache", best([&](const std::string& p) { on->Read(p); }, [] {})});
-    listing.push_back({"bare walk, one stat per file", best(StatOnly, [] {})});
+    listing.push_back({"GetSongInfo, warm song cache",
+                       best([&](const std::string& p) { on->Read(p); }, [] {}), "", ""});
+    listing.push_back({"bare walk, one stat per file", best(StatOnly, [] {}), "", ""});
     Print("listing through the song cache, every file", listing, "bare walk, one stat per file");
     std::printf("  (%zu of the %zu files share their name with another file)\n",
                 files.size() - unique.size(), files.size());
     std::vector<Row> uniqueListing;
     uniqueListing.push_back({"GetSongInfo, warm song cache",
                              bestOver(
-                                 unique, [&](const std::string& p) { on->Read(p); }, [] {})});
-    uniqueListing.push_back({"bare walk, one stat per file", bestOver(unique, StatOnly, [] {})});
+                                 unique, [&](const std::string& p) { on->Read(p); }, [] {}),
+                             "", ""});
+    uniqueListing.push_back(
+        {"bare walk, one stat per file", bestOver(unique, StatOnly, [] {}), "", ""});
     Print("listing through the song cache, files with names of their own", uniqueListing,
           "bare walk, one stat per file");
 
     if (cold) {
         std::string how;
-        const auto coldPass = [&](const std::function<void(const std::string&)>& work) {
+        // Each pass from a dropped page cache, with the bytes it read from the disk.
+        const auto coldPass = [&](const char* name,
+                                  const std::function<void(const std::string&)>& work) {
             how = jkbench::DropPageCache(files);
-            return jkbench::TimePass(files, work);
+            const jkbench::DiskBytes before = jkbench::DiskBytesNow(root);
+            const jkbench::PassResult result = jkbench::TimePass(files, work);
+            const jkbench::DiskBytes after = jkbench::DiskBytesNow(root);
+            return Row{name, result, jkbench::MegabytesText(before.device, after.device),
+                       jkbench::MegabytesText(before.process, after.process)};
         };
         std::vector<Row> dropped;
         on = std::make_unique<Ours>(true);
         dropped.push_back(
-            {"GetSongInfo, extensions on", coldPass([&](const std::string& p) { on->Read(p); })});
+            coldPass("GetSongInfo, extensions on", [&](const std::string& p) { on->Read(p); }));
         off = std::make_unique<Ours>(false);
         dropped.push_back(
-            {"GetSongInfo, extensions off", coldPass([&](const std::string& p) { off->Read(p); })});
-        dropped.push_back({"TagLib FileRef (Fast)", coldPass(ReadTagLib)});
-        dropped.push_back({"I/O floor (stat, head, tail)", coldPass(ReadFloor)});
+            coldPass("GetSongInfo, extensions off", [&](const std::string& p) { off->Read(p); }));
+        dropped.push_back(coldPass("TagLib FileRef (Fast)", ReadTagLib));
+        dropped.push_back(coldPass("I/O floor (stat, head, tail)", ReadFloor));
         Print(("page cache dropped: " + how).c_str(), dropped, "TagLib FileRef (Fast)");
+        std::printf(
+            "  (MB read from the disk: by the whole device, which other processes share, "
+            "and by this program alone)\n");
     }
     std::printf("\npeak memory: %.1f MiB (checksum %zu)\n", jkbench::PeakRssMiB(), g_sink);
     return 0;

@@ -2,9 +2,11 @@
 // file) and a bare walk that stats each file; then a list of 10,000 lines opened through the warm
 // song cache and saved, and the shuffles. All in one run.
 //
-//   walk_bench COLLECTION [--no-cold] [--threads N] [--list-only]
+//   walk_bench COLLECTION [--no-cold] [--threads N] [--list-only] [--read-ahead-designs]
 //
 // --list-only warms the song cache with one walk and times only the list (for profiling).
+// --read-ahead-designs times only the two designs of the read-ahead against each other, in
+// turns, page cache warm and dropped.
 
 #include <sys/stat.h>
 
@@ -21,7 +23,6 @@
 #include <vector>
 
 #include "BenchSupport.h"
-#include "browse/CacheScan.h"
 #include "browse/FolderScan.h"
 #include "catalogue/GetSongInfo.h"
 #include "catalogue/SongCache.h"
@@ -49,13 +50,18 @@ struct Ours {
     jk::SongCache cache;
     std::int32_t lookups = 0;
     std::int32_t hits = 0;
-    jk::SongLookupContext context{cache, lookups, hits, {}, {}};
-    Ours() { context.options.volumeLabel = jk::MakeVolumeLabelLookup(); }
+    jk::SongLookup lookup{cache, {lookups, hits}};
+    Ours() { lookup.Options().volumeLabel = jk::MakeVolumeLabelLookup(); }
 };
 
-std::size_t RecurseInto(Ours& ours, const std::string& root, jk::RowList& rows, int threads) {
+std::size_t RecurseInto(Ours& ours, const std::string& root, jk::RowList& rows, int threads,
+                        bool intricate = false) {
     jk::PosixFolderLister lister;
-    const jk::ScanSetup setup = jk::CacheScanSetup(ours.context, lister, 0, {}, threads);
+    jk::ScanSetup setup;
+    setup.Lister = &lister;
+    setup.Lookup = &ours.lookup;
+    setup.ReadAheadThreads = threads;
+    setup.IntricateReadAhead = intricate;
     return jk::RecurseDirReal(root, rows, setup).Added;
 }
 
@@ -69,6 +75,77 @@ void Heading(const char* text) {
     std::printf("\n%s\n  %-44s %10s %9s %8s\n", text, "", "files/s", "seconds", "ratio");
 }
 
+// A pass from a dropped page cache, with the bytes it read from the disk.
+struct ColdPass {
+    double seconds = 0;
+    std::string deviceMB;
+    std::string processMB;
+};
+
+ColdPass TimeCold(const std::string& root, const std::vector<std::string>& files, std::string& how,
+                  const std::function<void()>& work) {
+    how = jkbench::DropPageCache(files);
+    const jkbench::DiskBytes before = jkbench::DiskBytesNow(root);
+    const double seconds = Seconds(work);
+    const jkbench::DiskBytes after = jkbench::DiskBytesNow(root);
+    return {seconds, jkbench::MegabytesText(before.device, after.device),
+            jkbench::MegabytesText(before.process, after.process)};
+}
+
+void ColdLine(const char* name, std::size_t files, const ColdPass& pass, double reference) {
+    const double rate = pass.seconds > 0 ? static_cast<double>(files) / pass.seconds : 0;
+    std::printf("  %-44s %10.0f %9.3f %7.2fx %9s %9s\n", name, rate, pass.seconds,
+                reference > 0 ? rate / reference : 0.0, pass.deviceMB.c_str(),
+                pass.processMB.c_str());
+}
+
+// The two designs of the read-ahead, in turns: the walk of an empty song cache, page cache
+// warm (best of five) and dropped (best of three), with the bytes read.
+void CompareReadAheadDesigns(const std::string& root, const std::vector<std::string>& files,
+                             int threads) {
+    const char* const names[2] = {"pool and ordered queue (ReadAhead.h)",
+                                  "slot states and spins (IntricateReadAhead.h)"};
+    double warm[2] = {1e9, 1e9};
+    std::size_t added = 0;
+    for (int round = 0; round < 5; ++round) {
+        for (int design = 0; design < 2; ++design) {
+            Ours ours;
+            jk::RowList rows;
+            warm[design] = std::min(warm[design], Seconds([&] {
+                                        added = RecurseInto(ours, root, rows, threads, design == 1);
+                                    }));
+        }
+    }
+    ColdPass cold[2];
+    std::string how;
+    for (int round = 0; round < 3; ++round) {
+        for (int design = 0; design < 2; ++design) {
+            Ours ours;
+            jk::RowList rows;
+            const ColdPass pass = TimeCold(root, files, how, [&] {
+                added = RecurseInto(ours, root, rows, threads, design == 1);
+            });
+            if (round == 0 || pass.seconds < cold[design].seconds) {
+                cold[design] = pass;
+            }
+        }
+    }
+    const double reference = static_cast<double>(added) / warm[0];
+    Heading("read-ahead designs, song cache empty, page cache warm (best of 5, in turns)");
+    for (int design = 0; design < 2; ++design) {
+        Line(names[design], added, warm[design], reference);
+    }
+    const double coldReference = static_cast<double>(added) / cold[0].seconds;
+    std::printf(
+        "\nread-ahead designs, song cache empty, %s (best of 3, in turns)\n  %-44s %10s "
+        "%9s %8s %9s %9s\n",
+        how.c_str(), "", "files/s", "seconds", "ratio", "MB device", "MB ours");
+    for (int design = 0; design < 2; ++design) {
+        ColdLine(names[design], added, cold[design], coldReference);
+    }
+    std::printf("  (ratios against the pool and queue)\n");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -80,6 +157,7 @@ int main(int argc, char** argv) {
     const std::string root = argv[1];
     bool cold = true;
     bool listOnly = false;
+    bool designs = false;
     int threads = jk::kDefaultReadAheadThreads;
     for (int i = 2; i < argc; ++i) {
         if (std::strcmp(argv[i], "--no-cold") == 0) {
@@ -89,11 +167,17 @@ int main(int argc, char** argv) {
             cold = false;
         } else if (std::strcmp(argv[i], "--threads") == 0 && i + 1 < argc) {
             threads = std::atoi(argv[++i]);
+        } else if (std::strcmp(argv[i], "--read-ahead-designs") == 0) {
+            designs = true;
         }
     }
     const std::vector<std::string> files = jkbench::CollectSongs(root);
     std::printf("collection: %s, %zu songs; read-ahead threads: %d\nmachine: %s\n", root.c_str(),
                 files.size(), threads, jkbench::MachineNote(root).c_str());
+    if (designs) {
+        CompareReadAheadDesigns(root, files, threads);
+        return 0;
+    }
 
     const auto tagLib = [](const std::string& path) {
         TagLib::FileRef file(path.c_str(), true, TagLib::AudioProperties::Fast);
@@ -154,22 +238,26 @@ int main(int argc, char** argv) {
 
     if (cold) {
         std::string how;
-        const auto dropped = [&](const std::function<double()>& work) {
-            how = jkbench::DropPageCache(files);
-            return work();
-        };
         jk::RowList coldRows;
         ours = std::make_unique<Ours>();
-        const double oursCold = dropped(
-            [&] { return Seconds([&] { added = RecurseInto(*ours, root, coldRows, threads); }); });
-        const double tagLibCold = dropped([&] { return walkWith(tagLib); });
-        const double statCold = dropped([&] { return walkWith(statOnly); });
-        const double tagLibColdRate = static_cast<double>(files.size()) / tagLibCold;
-        Heading(("page cache dropped: " + how).c_str());
-        Line("RecurseDirReal into rows, song cache empty", added, oursCold, tagLibColdRate);
-        Line("TagLib walk (FileRef per file)", files.size(), tagLibCold, tagLibColdRate);
-        Line("bare walk, one stat per file", files.size(), statCold, tagLibColdRate);
-        std::printf("  (ratios against TagLib's walk)\n");
+        const ColdPass oursCold = TimeCold(
+            root, files, how, [&] { added = RecurseInto(*ours, root, coldRows, threads); });
+        const ColdPass tagLibCold = TimeCold(root, files, how, [&] { walkWith(tagLib); });
+        const ColdPass floorCold = TimeCold(root, files, how, [&] {
+            walkWith([](const std::string& path) { g_sink += jkbench::ReadFloor(path); });
+        });
+        const ColdPass statCold = TimeCold(root, files, how, [&] { walkWith(statOnly); });
+        const double tagLibColdRate = static_cast<double>(files.size()) / tagLibCold.seconds;
+        std::printf("\npage cache dropped: %s\n  %-44s %10s %9s %8s %9s %9s\n", how.c_str(), "",
+                    "files/s", "seconds", "ratio", "MB device", "MB ours");
+        ColdLine("RecurseDirReal into rows, song cache empty", added, oursCold, tagLibColdRate);
+        ColdLine("TagLib walk (FileRef per file)", files.size(), tagLibCold, tagLibColdRate);
+        ColdLine("I/O floor walk (stat, 4 KB head, 256 B tail)", files.size(), floorCold,
+                 tagLibColdRate);
+        ColdLine("bare walk, one stat per file", files.size(), statCold, tagLibColdRate);
+        std::printf(
+            "  (ratios against TagLib's walk; MB read from the disk by the whole device, which "
+            "other processes share, and by this program alone)\n");
         // Leave a warm song cache for the list figures below.
         walkWith(statOnly);
         coldRows.clear();
@@ -196,7 +284,7 @@ int main(int argc, char** argv) {
     const std::string folder = mkdtemp(folderTemplate);
     const std::string listPath = folder + "/bench.m3u";
     jk::RowList listRows;
-    const jk::SongSource source = jk::CachedSongSource(ours->context);
+    const jk::SongSource source = jk::CachedSongSource(ours->lookup);
     Heading("a list of songs, song cache warm");
     const auto timeList = [&](const std::vector<std::string>& listFiles, const char* what) {
         std::string text;

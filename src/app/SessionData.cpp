@@ -100,7 +100,7 @@ void SessionData::OpenLastList(Session& session) {
     if (!RememberListIsOne(session.Settings)) {
         return;
     }
-    SongLookupContext lookup = MakeSongLookupContext(session);
+    SongLookup lookup = MakeSongLookup(session);
     // A line too deep to resolve ends the reading; the rows read before it are kept, and the
     // next shutdown writes them back.
     jk::OpenLastList(session.AppPath, session.Playlist.Rows, CachedSongSource(lookup),

@@ -15,14 +15,11 @@ SongReadOptions SongReadOptionsOf(const Session& session) {
     return options;
 }
 
-SongLookupContext MakeSongLookupContext(Session& session) {
-    return SongLookupContext{
-        .cache = session.SongCache,
-        .totalCacheHits = session.Settings.TotalCacheHits,
-        .cacheHits = session.Settings.CacheHits,
-        .options = SongReadOptionsOf(session),
-        .now = {},
-    };
+SongLookup MakeSongLookup(Session& session) {
+    return SongLookup(session.SongCache,
+                      {.totalCacheHits = session.Settings.TotalCacheHits,
+                       .cacheHits = session.Settings.CacheHits},
+                      SongReadOptionsOf(session));
 }
 
 }  // namespace jk

@@ -14,9 +14,9 @@ struct Session;
 // unknown) and the front end's volume labels.
 SongReadOptions SongReadOptionsOf(const Session& session);
 
-// A context for GetSongInfo over the session's cache and its counters TotalCacheHits and
+// A lookup for GetSongInfo over the session's cache and its counters TotalCacheHits and
 // CacheHits (section Records). It refers to the session, which must outlive it; make one for a
 // batch of songs, not one per song.
-SongLookupContext MakeSongLookupContext(Session& session);
+SongLookup MakeSongLookup(Session& session);
 
 }  // namespace jk

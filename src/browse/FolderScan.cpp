@@ -1,28 +1,33 @@
 #include "browse/FolderScan.h"
 
+#include <memory>
 #include <utility>
 #include <vector>
 
 #include "browse/FolderEntries.h"
+#include "listing/IntricateReadAhead.h"
 #include "listing/WalkRules.h"
 #include "util/PathHelpers.h"
 
 namespace jk {
 namespace {
 
-ReadAheadScanner MakeScanner(RowList& rows, const ScanSetup& setup, std::size_t& added) {
-    SongConsumer consume = [&rows, &setup, &added](std::string& path,
-                                                   const PrefetchedBytes* prefetched) {
-        const bool done = setup.ReadSongView ? ScanAddSong(std::move(path), rows, setup.FilterMode,
-                                                           setup.ReadSongView, prefetched)
-                                             : ScanAddSong(std::move(path), rows, setup.FilterMode,
-                                                           setup.ReadSong, prefetched);
-        if (done) {
+std::unique_ptr<SongScanner> MakeScanner(RowList& rows, const ScanSetup& setup,
+                                         std::size_t& added) {
+    SongLookup& lookup = *setup.Lookup;
+    SongConsumer consume = [&rows, &setup, &added, &lookup](std::string& path,
+                                                            const PrefetchedBytes* prefetched) {
+        if (ScanAddSong(path, rows, setup.FilterMode, lookup, prefetched)) {
             ++added;
         }
     };
-    return ReadAheadScanner(setup.FilterMode, std::move(consume), setup.CacheStamp,
-                            setup.ReadAheadThreads);
+    CacheStampLookup stamps = [&lookup](std::string_view path) { return lookup.StampAhead(path); };
+    if (setup.IntricateReadAhead) {
+        return std::make_unique<IntricateReadAheadScanner>(
+            setup.FilterMode, std::move(consume), std::move(stamps), setup.ReadAheadThreads);
+    }
+    return std::make_unique<ReadAheadScanner>(setup.FilterMode, std::move(consume),
+                                              std::move(stamps), setup.ReadAheadThreads);
 }
 
 }  // namespace
@@ -36,13 +41,13 @@ ScanResult GetFolderNow(std::string& path, RowList& rows, const ScanSetup& setup
     if (files.empty() || IsSystemFolder(path)) {
         return result;
     }
-    ReadAheadScanner scanner = MakeScanner(rows, setup, result.Added);
+    const std::unique_ptr<SongScanner> scanner = MakeScanner(rows, setup, result.Added);
     const std::string status = ScanStatusText(LastFolder(path), files.size());
     for (const std::string& name : files) {
-        scanner.Announce(path + name);
+        scanner->Announce(path + name);
     }
     for (std::size_t i = 1; i <= files.size(); ++i) {
-        scanner.ScanNext();
+        scanner->ScanNext();
         if (setup.Progress &&
             !setup.Progress(
                 ScanProgress{status, ScanProgressValue(i, files.size()), kScanProgressMaximum})) {
@@ -50,15 +55,15 @@ ScanResult GetFolderNow(std::string& path, RowList& rows, const ScanSetup& setup
             break;
         }
     }
-    scanner.DropAnnounced();
+    scanner->DropAnnounced();
     return result;
 }
 
 ScanResult RecurseDirReal(const std::string& path, RowList& rows, const ScanSetup& setup,
                           bool stayOnFilesystem) {
     ScanResult result;
-    ReadAheadScanner scanner = MakeScanner(rows, setup, result.Added);
-    FolderWalk walk(*setup.Lister, scanner, setup.Progress, WalkOptions{setup.FilterMode, false});
+    const std::unique_ptr<SongScanner> scanner = MakeScanner(rows, setup, result.Added);
+    FolderWalk walk(*setup.Lister, *scanner, setup.Progress, WalkOptions{setup.FilterMode, false});
     walk.Walk(path, stayOnFilesystem);
     result.Aborted = walk.Cancelled();
     return result;
@@ -66,8 +71,8 @@ ScanResult RecurseDirReal(const std::string& path, RowList& rows, const ScanSetu
 
 ScanResult RecurseTotal(const DriveList& drives, RowList& rows, const ScanSetup& setup) {
     ScanResult result;
-    ReadAheadScanner scanner = MakeScanner(rows, setup, result.Added);
-    FolderWalk walk(*setup.Lister, scanner, setup.Progress, WalkOptions{setup.FilterMode, true});
+    const std::unique_ptr<SongScanner> scanner = MakeScanner(rows, setup, result.Added);
+    FolderWalk walk(*setup.Lister, *scanner, setup.Progress, WalkOptions{setup.FilterMode, true});
     for (const DriveRoot& drive : drives) {
         if (walk.Cancelled()) {
             break;

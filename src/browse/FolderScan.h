@@ -12,6 +12,7 @@
 #include "browse/FolderLister.h"
 #include "browse/FolderWalk.h"
 #include "browse/ScanAddSong.h"
+#include "catalogue/GetSongInfo.h"
 #include "listing/ListRow.h"
 #include "listing/ReadAhead.h"
 
@@ -23,11 +24,12 @@ inline constexpr std::string_view kRecursingStatus = "Recursing directories...";
 struct ScanSetup {
     FolderLister* Lister = nullptr;
     int FilterMode = kFilterMp3;
-    SongReadFn ReadSong;          // the song through the cache, on the scan's thread
-    SongViewFn ReadSongView;      // the same as a view; taken over ReadSong when given
-    CacheStampLookup CacheStamp;  // lets read-ahead skip files the cache will answer; optional
-    ScanProgressFn Progress;      // optional; false stops the scan
+    // Songs are looked up through it on the scan's thread, which must be the lookup's own; it
+    // tells the read-ahead which files the cache will answer, so that those are not read.
+    SongLookup* Lookup = nullptr;
+    ScanProgressFn Progress;  // optional; false stops the scan
     int ReadAheadThreads = kDefaultReadAheadThreads;
+    bool IntricateReadAhead = false;  // the read-ahead of before, for one measurement
 };
 
 struct ScanResult {

@@ -39,28 +39,10 @@ std::size_t FieldBytes(std::string_view text) {
     return cut;
 }
 
-bool IsAscii(std::string_view text) {
-    // Eight bytes at a time: most fields are plain ASCII.
-    std::size_t i = 0;
-    for (; i + 8 <= text.size(); i += 8) {
-        std::uint64_t word;
-        std::memcpy(&word, text.data() + i, 8);
-        if ((word & 0x8080808080808080ull) != 0) {
-            return false;
-        }
-    }
-    for (; i < text.size(); ++i) {
-        if (static_cast<unsigned char>(text[i]) >= 0x80) {
-            return false;
-        }
-    }
-    return true;
-}
-
 // The escaped form of a text that is not valid UTF-8 or begins with the mark, into `scratch`;
 // any other text as it stands.
 std::string_view FieldForFile(std::string_view text, std::string& scratch) {
-    if ((text.empty() || text.front() != kEscapedMark) && (IsAscii(text) || IsValidUtf8(text))) {
+    if ((text.empty() || text.front() != kEscapedMark) && IsValidUtf8(text)) {
         return text;
     }
     static constexpr char kHex[] = "0123456789ABCDEF";
@@ -298,7 +280,7 @@ std::int64_t MaxVBaseRecords(const VBaseInput& input, std::int64_t fieldCount) {
 }
 
 std::string_view DataFileText(std::string_view bytes, std::string& scratch) {
-    if (IsAscii(bytes) || IsValidUtf8(bytes)) {
+    if (IsValidUtf8(bytes)) {
         return bytes;
     }
     scratch = DecodeWindows1252(bytes);

@@ -20,15 +20,6 @@ bool IsAtOrBelow(std::string_view path, std::string_view folder) {
     return path.size() == folder.size() || path[folder.size()] == '/';
 }
 
-bool IsAscii(std::string_view text) {
-    for (const char c : text) {
-        if (static_cast<unsigned char>(c) >= 0x80) {
-            return false;
-        }
-    }
-    return true;
-}
-
 char AsciiLowerChar(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
@@ -55,9 +46,9 @@ std::uint64_t FoldWord(std::uint64_t word) {
     return word | (capital >> 2);  // 0x20 on each capital
 }
 
-// `text` with A-Z folded into `out`; true when it holds any byte outside ASCII.
-bool FoldInto(std::string_view text, std::string& out) {
-    out.resize(text.size());
+// `text` with A-Z folded into `out` (text.size() bytes); true when it holds any byte outside
+// ASCII.
+bool FoldInto(std::string_view text, char* out) {
     std::uint64_t high = 0;
     std::size_t i = 0;
     for (; i + 8 <= text.size(); i += 8) {
@@ -65,7 +56,7 @@ bool FoldInto(std::string_view text, std::string& out) {
         std::memcpy(&word, text.data() + i, 8);
         high |= word;
         word = FoldWord(word);
-        std::memcpy(out.data() + i, &word, 8);
+        std::memcpy(out + i, &word, 8);
     }
     for (; i < text.size(); ++i) {
         high |= static_cast<unsigned char>(text[i]);
@@ -74,33 +65,57 @@ bool FoldInto(std::string_view text, std::string& out) {
     return (high & 0x8080808080808080ull) != 0;
 }
 
-// `text` in a form that holds a lower-case ASCII needle where ToLower(text) does: folded when
-// that gives the same answer, else lower-cased. Good until the thread's next call.
-std::string_view SearchableLower(std::string_view text) {
-    thread_local std::string lowered;
-    if (FoldInto(text, lowered) && !FoldsLikeAscii(text)) {
-        lowered = ToLower(text);
+// `test` of a form of `text` that holds a lower-case ASCII needle where ToLower(text) does:
+// folded (on the stack, for all but the longest paths) when that gives the same answer, else
+// lower-cased.
+template <class Test>
+bool OnLowered(std::string_view text, const Test& test) {
+    constexpr std::size_t kOnStack = 1024;
+    if (text.size() <= kOnStack) {
+        std::array<char, kOnStack> folded;
+        if (!FoldInto(text, folded.data()) || FoldsLikeAscii(text)) {
+            return test(std::string_view(folded.data(), text.size()));
+        }
+    } else if (FoldsLikeAscii(text)) {
+        std::string folded(text.size(), '\0');
+        FoldInto(text, folded.data());
+        return test(std::string_view(folded));
     }
-    return lowered;
+    return test(std::string_view(ToLower(text)));
 }
 
 bool Holds(std::string_view text, std::string_view needle) {
     return text.find(needle) != std::string_view::npos;
 }
 
-// The last four characters of a name, lower-cased (the whole name when it is shorter), into
-// `out`.
-std::string_view LastFourLowered(std::string_view name, char (&out)[4]) {
+// The last four characters of a name, lower-cased (the whole name when it is shorter), are
+// `suffix`; for a name of fewer characters, its whole lower-cased text is. `suffix` is
+// lower-case ASCII.
+bool EndsLowered(std::string_view name, std::string_view suffix) {
     const std::string_view tail = name.size() >= 4 ? name.substr(name.size() - 4) : name;
     if (IsAscii(tail)) {
-        for (std::size_t i = 0; i < tail.size(); ++i) {
-            out[i] = AsciiLowerChar(tail[i]);
+        if (tail.size() != suffix.size()) {
+            return false;
         }
-        return {out, tail.size()};
+        for (std::size_t i = 0; i < tail.size(); ++i) {
+            if (AsciiLowerChar(tail[i]) != suffix[i]) {
+                return false;
+            }
+        }
+        return true;
     }
-    thread_local std::string lowered;
-    lowered = ToLower(CharRight(name, 4));
-    return lowered;
+    return ToLower(CharRight(name, 4)) == suffix;
+}
+
+// The same for the first three of those four characters (fewer when the name is shorter).
+bool EndsLoweredMpAny(std::string_view name) {
+    const std::string_view tail = name.size() >= 4 ? name.substr(name.size() - 4) : name;
+    if (IsAscii(tail)) {
+        const std::string_view first = tail.substr(0, 3);
+        return first.size() == 3 && AsciiLowerChar(first[0]) == '.' &&
+               AsciiLowerChar(first[1]) == 'm' && AsciiLowerChar(first[2]) == 'p';
+    }
+    return CharLeft(ToLower(CharRight(name, 4)), 3) == ".mp";
 }
 
 bool IsTrashFolderName(std::string_view name) {
@@ -145,12 +160,11 @@ bool IsInsideTrash(std::string_view path) {
 }  // namespace
 
 bool PassesFilter(std::string_view nameOrPath, int filterMode) {
-    char buffer[4];
     switch (filterMode) {
         case kFilterMp3:
-            return LastFourLowered(nameOrPath, buffer) == ".mp3";
+            return EndsLowered(nameOrPath, ".mp3");
         case kFilterMpAny:
-            return CharLeft(LastFourLowered(nameOrPath, buffer), 3) == ".mp";
+            return EndsLoweredMpAny(nameOrPath);
         case kFilterAll:
             return true;
         default:
@@ -159,8 +173,11 @@ bool PassesFilter(std::string_view nameOrPath, int filterMode) {
 }
 
 bool IsRefusedSongPath(std::string_view path) {
-    const std::string_view lower = SearchableLower(path);
-    return Holds(lower, "recycle") || Holds(lower, "windows/recent") || IsInsideTrash(path);
+    return OnLowered(path,
+                     [](std::string_view lower) {
+                         return Holds(lower, "recycle") || Holds(lower, "windows/recent");
+                     }) ||
+           IsInsideTrash(path);
 }
 
 bool IsInsideTrashFolder(std::string_view path) {
@@ -168,7 +185,8 @@ bool IsInsideTrashFolder(std::string_view path) {
 }
 
 bool IsTemporaryInternetFolder(std::string_view path) {
-    return Holds(SearchableLower(path), "temporary internet");
+    return OnLowered(path,
+                     [](std::string_view lower) { return Holds(lower, "temporary internet"); });
 }
 
 bool IsSystemFolder(std::string_view path) {

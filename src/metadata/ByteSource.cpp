@@ -144,12 +144,14 @@ FileByteSource::FileByteSource(const std::string& path, std::int64_t size,
 void FileByteSource::Adopt(ReadFile file) {
     m_file = std::move(file);
     m_openTried = true;
+    m_file.ReadsAtRandom();
 }
 
 bool FileByteSource::Open() {
     if (!m_openTried) {
         m_openTried = true;
         m_file = ReadFile(m_path);
+        m_file.ReadsAtRandom();
     }
     return m_file.IsOpen();
 }
@@ -162,6 +164,7 @@ bool FileByteSource::ReadExact(std::int64_t offset, std::uint8_t* out, std::int6
         return false;
     }
     ++m_reads;
+    m_bytesRead += length;
     const std::int64_t got = m_file.ReadAt(offset, {out, static_cast<std::size_t>(length)});
     return got == length;
 }

@@ -116,7 +116,8 @@ struct FileSourceBuffers {
 // A file of known length. Ranges inside the read-ahead's head or tail cost nothing; a range that
 // starts inside the head (or right behind it) grows the head; others are read into a scratch
 // block. The file is opened on the first read the held bytes don't cover, unless the caller
-// handed over a file it had open already.
+// handed over a file it had open already; either way the system is told that the reads come
+// at random places, so it reads no more of the file than they ask for.
 class FileByteSource final : public ByteSource {
 public:
     // `head` and `tail` are bytes read ahead (either may be empty); `tailOffset` is where `tail`
@@ -129,8 +130,10 @@ public:
 
     void Preload(std::int64_t offset, std::int64_t length) override;
 
-    // How many reads of the file this source made (for tests of the read budget).
+    // How many reads of the file this source made, and of how many bytes (for tests of the
+    // read budget).
     int ReadCount() const { return m_reads; }
+    std::int64_t BytesRead() const { return m_bytesRead; }
 
 protected:
     const std::uint8_t* Fetch(std::int64_t offset, std::int64_t length) override;
@@ -150,6 +153,7 @@ private:
     std::int64_t m_tailOffset = 0;
     std::int64_t m_scratchOffset = 0;
     int m_reads = 0;
+    std::int64_t m_bytesRead = 0;
 };
 
 }  // namespace jk

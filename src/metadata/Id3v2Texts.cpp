@@ -580,16 +580,13 @@ ID3v2Texts ReadTexts(ByteSource& source, bool tagLibOnly) {
             if (!body) {
                 return texts;
             }
-            thread_local std::vector<std::uint8_t> plain;
+            std::vector<std::uint8_t> plain;  // such tags are rare: their own memory each
             Resynchronise(*body, plain);
             MemoryByteSource undone(ByteView(plain.data(), plain.size()));
             const std::optional<std::int64_t> start =
                 SkipExtendedHeader(undone, *info, 0, undone.Size());
             if (start) {
                 FrameWalker(undone, *info, header, tagLibOnly).Walk(*start, undone.Size(), texts);
-            }
-            if (plain.capacity() > static_cast<std::size_t>(kMaxTextFrame)) {
-                std::vector<std::uint8_t>().swap(plain);
             }
             return texts;
         }

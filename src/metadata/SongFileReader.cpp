@@ -19,8 +19,10 @@ namespace jk {
 namespace {
 
 // The head is grown in one read to cover an ID3v2 tag and the first frames behind it, up to
-// this much; a larger tag (a big picture) is walked frame by frame instead.
-constexpr std::int64_t kMaxHeadPreload = 1 << 20;
+// this much. A larger tag holds a picture or the like: it is walked frame by frame, reading the
+// frame headers and the text frames and passing over the rest, so that its bytes never leave
+// the disk.
+constexpr std::int64_t kMaxHeadPreload = 16 * 1024;
 // Behind the tag the frame search nearly always settles within a frame and the next header (a
 // Layer III frame is at most 1441 bytes) plus the VBR header; it reads further itself if not.
 constexpr std::int64_t kAfterTagBytes = 2048;
@@ -37,7 +39,9 @@ void PreloadHead(ByteSource& source, const SongReadOptions& options) {
         const Outcome<ByteView> head = source.View(0, kID3v2HeaderBytes);
         const std::optional<ID3v2HeaderInfo> tag = head ? ParseID3v2Header(*head) : std::nullopt;
         const std::int64_t tagEnd = tag ? tag->totalSize : 0;
-        source.Preload(0, std::min(tagEnd + kAfterTagBytes, kMaxHeadPreload));
+        if (tagEnd + kAfterTagBytes <= kMaxHeadPreload) {
+            source.Preload(0, tagEnd + kAfterTagBytes);
+        }
     }
     if (!options.exactTimes) {
         const std::int16_t skip = GetID3v2Size(source);
@@ -46,6 +50,21 @@ void PreloadHead(ByteSource& source, const SongReadOptions& options) {
         }
     }
 }
+
+}  // namespace
+
+std::int64_t HeadBytesWanted(ByteView firstBytes, std::int64_t size) {
+    auto wanted = static_cast<std::int64_t>(kHeadBlockBytes);
+    if (const std::optional<ID3v2HeaderInfo> tag = ParseID3v2Header(firstBytes)) {
+        const std::int64_t withBehind = tag->totalSize + kAfterTagBytes;
+        if (withBehind <= kMaxHeadPreload) {
+            wanted = std::max(wanted, withBehind);
+        }
+    }
+    return std::min(wanted, size);
+}
+
+namespace {
 
 bool UsablePrefetch(const PrefetchedBytes* prefetched, const FileStatus& status) {
     return prefetched != nullptr && prefetched->status.exists &&
@@ -139,77 +158,67 @@ std::optional<std::vector<Lyrics3Field>> ReadLyrics3Fields(const std::string& pa
     });
 }
 
-bool PrefetchSongBytes(const std::string& path, PrefetchedBytes& out) {
-    out.head.clear();
-    out.tail.clear();
-    out.tailOffset = 0;
-    ReadFile file(path);
-    if (!file.IsOpen()) {
-        out.status = {};
-        return false;
+namespace {
+
+// `song` emptied for a reading to fill, its texts' memory kept.
+void Blank(SongInfo& song) {
+    for (std::string* text : {&song.Title, &song.Artist, &song.Album, &song.Comment, &song.Genre,
+                              &song.Year, &song.Bitrate, &song.Date, &song.Size, &song.Time,
+                              &song.Path, &song.Volume, &song.LastUsed}) {
+        text->clear();
     }
-    out.status = file.Status();
-    if (!out.status.isRegular) {
-        return true;
-    }
-    const std::int64_t size = out.status.size;
-    const std::int64_t headBytes = std::min<std::int64_t>(size, kPrefetchHeadBytes);
-    out.head.resize(static_cast<std::size_t>(headBytes));
-    const std::int64_t gotHead = file.ReadAt(0, out.head);
-    out.head.resize(static_cast<std::size_t>(std::max<std::int64_t>(gotHead, 0)));
-    const std::int64_t tailBytes = std::min<std::int64_t>(size - headBytes, kPrefetchTailBytes);
-    out.tailOffset = size - tailBytes;
-    out.tail.resize(static_cast<std::size_t>(tailBytes));
-    const std::int64_t gotTail = file.ReadAt(out.tailOffset, out.tail);
-    if (gotTail != tailBytes) {
-        out.tail.clear();
-        out.tailOffset = size;
-    }
-    return true;
+    song.Reserved = 0;
+    song.Track = 0;
 }
 
-SongInfo ReadSongFromDisk(const std::string& path, const FileStatus& status,
-                          const SongReadOptions& options, const PrefetchedBytes* prefetched,
-                          ReadFile* opened) {
-    return ReadSongFromDisk(path, status, LocalMoment(status.modifiedSeconds), options, prefetched,
-                            opened);
+void MarkNonExistant(SongInfo& song) {
+    Blank(song);
+    song.Title = kFileNonExistant;
+    song.Path = kFileNonExistant;
 }
 
-SongInfo ReadSongFromDisk(const std::string& path, const FileStatus& status,
-                          const LocalMoment& fileTime, const SongReadOptions& options,
-                          const PrefetchedBytes* prefetched, ReadFile* opened) {
-    // One record, filled in place and returned as itself (no copies on the way out).
-    SongInfo song;
+}  // namespace
+
+SongReader::SongReader(SongReadOptions options) : m_options(std::move(options)) {}
+
+void SongReader::ReadInto(const std::string& path, const FileAtHand& file, SongInfo& song) {
+    const FileStatus& status = file.status;
     // Only a regular file is a song: a device or a pipe could block the read for ever.
     if (!status.exists || !status.isRegular || status.size < kSmallestSongFile) {
-        song = NonExistantSong();
-        return song;
+        MarkNonExistant(song);
+        return;
     }
-    thread_local FileSourceBuffers buffers;
-    const std::int64_t size = status.size;
+    Blank(song);
     Outcome<Done> read = ReadFault::Io;
     {
-        const bool usePrefetch = UsablePrefetch(prefetched, status);
-        FileByteSource source = usePrefetch
-                                    ? FileByteSource(path, size, buffers, prefetched->head,
+        const PrefetchedBytes* prefetched = file.prefetched;
+        FileByteSource source = UsablePrefetch(prefetched, status)
+                                    ? FileByteSource(path, status.size, m_buffers, prefetched->head,
                                                      prefetched->tailOffset, prefetched->tail)
-                                    : FileByteSource(path, size, buffers);
-        if (opened != nullptr && opened->IsOpen()) {
-            source.Adopt(std::move(*opened));
+                                    : FileByteSource(path, status.size, m_buffers);
+        if (file.opened != nullptr && file.opened->IsOpen()) {
+            source.Adopt(std::move(*file.opened));
         }
-        PreloadSongBlocks(source, HeadBlockBytesFor(options));
-        read = ReadSongBytesInto(source, options, song);
+        PreloadSongBlocks(source, HeadBlockBytesFor(m_options));
+        read = ReadSongBytesInto(source, m_options, song);
     }
-    buffers.head.ReleaseIfAbove(kKeptBufferBytes);
-    buffers.tail.ReleaseIfAbove(kKeptBufferBytes);
-    buffers.scratch.ReleaseIfAbove(kKeptBufferBytes);
+    m_buffers.head.ReleaseIfAbove(kKeptBufferBytes);
+    m_buffers.tail.ReleaseIfAbove(kKeptBufferBytes);
+    m_buffers.scratch.ReleaseIfAbove(kKeptBufferBytes);
     if (!read) {
-        song = NonExistantSong();
-    } else {
-        song.Path = std::string(RTrim(path));
-        song.Date = fileTime.LocaleText();
-        song.Volume = options.volumeLabel ? options.volumeLabel(path) : std::string();
+        MarkNonExistant(song);
+        return;
     }
+    song.Path.assign(RTrim(path));
+    song.Date = m_dates.LocaleText(status.modifiedSeconds);
+    if (m_options.volumeLabel) {
+        song.Volume = m_options.volumeLabel(path);
+    }
+}
+
+SongInfo SongReader::Read(const std::string& path, const FileAtHand& file) {
+    SongInfo song;
+    ReadInto(path, file, song);
     return song;
 }
 

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "metadata/ByteSource.h"
 #include "metadata/Lyrics3.h"
 #include "metadata/SongInfo.h"
 #include "util/Codepage.h"
@@ -18,10 +19,6 @@
 #include "util/TimeHelpers.h"
 
 namespace jk {
-
-class ByteSource;
-template <typename T>
-class Outcome;
 
 struct SongReadOptions {
     bool readId3v2 = true;   // the ReadID3v2 extension
@@ -42,12 +39,6 @@ struct PrefetchedBytes {
     std::vector<std::uint8_t> tail;  // the last bytes of the file
 };
 
-// How much a prefetcher should read: a block at the head (an ID3v2 tag without a picture and
-// the first frames behind it) and one at the tail (ID3v1, the Lyrics3 end mark and a short
-// block, an APEv2 footer).
-inline constexpr std::size_t kPrefetchHeadBytes = 8192;
-inline constexpr std::size_t kPrefetchTailBytes = 1024;
-
 // The first reads of a file read by itself: a head block that holds a small ID3v2 tag and the
 // first frames behind it, and a tail block that holds ID3v1, the Lyrics3 end mark with a short
 // block, and an APEv2 footer. A larger tag or block costs one more read, sized from its header.
@@ -62,24 +53,51 @@ inline std::size_t HeadBlockBytesFor(const SongReadOptions& options) {
     return options.readId3v2 || options.exactTimes ? kHeadBlockBytes : kPlainHeadBlockBytes;
 }
 
+// How much of a file's head the reader takes in its first reads, judged from its first bytes:
+// the head block, or a small ID3v2 tag with the bytes behind it. A larger tag (one that holds a
+// picture) is walked frame by frame instead, its large frames passed over unread. A read-ahead
+// reads as much.
+std::int64_t HeadBytesWanted(ByteView firstBytes, std::int64_t size);
+
 // A file below this many bytes can't hold an ID3v1 tag and a frame: it reads as missing.
 inline constexpr std::int64_t kSmallestSongFile = 132;
 
-// Fills `out` for a prefetch: the status, the head and the tail of the file at `path`.
-// Returns false when the file could not be opened (the reader then finds that out itself).
-bool PrefetchSongBytes(const std::string& path, PrefetchedBytes& out);
+// What a caller already has of a file it hands to the reader.
+struct FileAtHand {
+    explicit FileAtHand(const FileStatus& fileStatus, const PrefetchedBytes* bytes = nullptr,
+                        ReadFile* openFile = nullptr)
+        : status(fileStatus), prefetched(bytes), opened(openFile) {}
 
-// The three ways of reading a file (Lyrics3, else ID3v1, else untagged), with Bitrate, Time,
-// Size, Date (the locale's text) and Volume. `status` is the file's status, taken by the caller.
-// Any run-time failure gives NonExistantSong(). The cache is not touched. `opened`, when given,
-// is the file already open (its status taken with fstat), so the path is not looked up again.
-SongInfo ReadSongFromDisk(const std::string& path, const FileStatus& status,
-                          const SongReadOptions& options,
-                          const PrefetchedBytes* prefetched = nullptr, ReadFile* opened = nullptr);
-// The same with the file's time converted by the caller (who wants its cache stamp as well).
-SongInfo ReadSongFromDisk(const std::string& path, const FileStatus& status,
-                          const LocalMoment& fileTime, const SongReadOptions& options,
-                          const PrefetchedBytes* prefetched, ReadFile* opened);
+    FileStatus status;                  // as the caller took it
+    const PrefetchedBytes* prefetched;  // used when they match `status`
+    ReadFile* opened;                   // the file, open already: its path is not looked up again
+};
+
+// Reads song files into records: the three ways of reading a file (Lyrics3, else ID3v1, else
+// untagged), with Bitrate, Time, Size, Date (the locale's text) and Volume. It keeps its buffers
+// and the last file date's texts from one file to the next, so a thread that reads a folder
+// allocates next to nothing once it runs: one reader per thread that reads. The song cache is
+// not touched.
+class SongReader {
+public:
+    explicit SongReader(SongReadOptions options = {});
+
+    SongReadOptions& Options() { return m_options; }
+    const SongReadOptions& Options() const { return m_options; }
+    // The texts of file dates, the last one kept (shared with a caller that writes them too).
+    FileDates& Dates() { return m_dates; }
+
+    // The song at `path` into `song`, whose texts are replaced (their memory reused). A file
+    // that is missing, no regular file or shorter than kSmallestSongFile, and any failure while
+    // reading, give the "File non-existant" record.
+    void ReadInto(const std::string& path, const FileAtHand& file, SongInfo& song);
+    SongInfo Read(const std::string& path, const FileAtHand& file);
+
+private:
+    SongReadOptions m_options;
+    FileSourceBuffers m_buffers;
+    FileDates m_dates;
+};
 
 // The same reading over any bytes (tests, the fuzzer): every field but Path, Date and Volume.
 // The failure, when there is one, says what ended the read.

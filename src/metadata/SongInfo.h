@@ -36,4 +36,9 @@ SongInfo NonExistantSong();
 // True when RTrim(Title) is the failure mark.
 bool IsNonExistant(const SongInfo& song);
 
+// The Album rules of every record a lookup gives: a Track above 0 appends " - NN" to Album (cut
+// at a NUL and of trailing blanks first); a Track of 0 is taken back from such a suffix, the
+// Album left as it stands. The suffix is never stored.
+void ApplyTrackSuffix(SongInfo& song);
+
 }  // namespace jk

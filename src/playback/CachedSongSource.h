@@ -9,9 +9,9 @@
 
 namespace jk {
 
-struct SongLookupContext;
+class SongLookup;
 
-// The context must outlive the source.
-SongSource CachedSongSource(SongLookupContext& ctx);
+// The lookup must outlive the source, and its readings run on the lookup's thread.
+SongSource CachedSongSource(SongLookup& lookup);
 
 }  // namespace jk

@@ -11,28 +11,12 @@
 #include "util/Codepage.h"
 #include "util/FileIo.h"
 #include "util/PathHelpers.h"
+#include "util/Text.h"
 #include "util/Utf8.h"
 
 namespace jk {
 
 namespace {
-
-// IsValidUtf8, passing over the plain ASCII that most paths begin with eight bytes at a time:
-// the first byte that isn't ASCII begins a character, so the rest is checked from there.
-bool IsUtf8Line(std::string_view line) {
-    std::size_t i = 0;
-    for (; i + 8 <= line.size(); i += 8) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, line.data() + i, 8);
-        if ((word & 0x8080808080808080ull) != 0) {
-            break;
-        }
-    }
-    while (i < line.size() && static_cast<unsigned char>(line[i]) < 0x80) {
-        ++i;
-    }
-    return IsValidUtf8(line.substr(i));
-}
 
 // The line ends of a text, to size the rows ahead.
 std::size_t CountLineFeeds(std::string_view text) {
@@ -59,7 +43,7 @@ ListPathResult PathOfLine(std::string_view line, const std::string& listPath) {
     if (FileUrlToPath(line, urlPath)) {
         return ResolveListPath(urlPath, listPath);
     }
-    if (IsUtf8Line(line)) {
+    if (IsValidUtf8(line)) {
         return ResolveListPath(line, listPath);
     }
     ListPathResult asBytes = ResolveListPath(line, listPath);
@@ -107,8 +91,6 @@ ListReadResult ReadListInto(const std::string& path, RowList& rows, const SongSo
     std::vector<SongLine> batch;
     batch.reserve(kLinesAhead);
     const std::unique_ptr<SongReading> reading = songs.StartReading();
-    SongInfo readSong;  // a song read from its file, which `song` then views
-    SongView song;
     std::size_t pos = 0;
     std::size_t songLines = 0;
     std::string_view line;
@@ -145,16 +127,23 @@ ListReadResult ReadListInto(const std::string& path, RowList& rows, const SongSo
             }
         }
         for (SongLine& songLine : batch) {
-            std::string& songPath = songLine.path;
-            if (songLine.canExist && reading->ViewNext(songPath, readSong, song)) {
-                rows.push_back(SongRow(song, songPath));
-            } else {
-                if (options.HideGhosts == 1) {
+            if (songLine.canExist) {
+                const SongInfo& song = reading->Next(songLine.path);
+                // The song is looked up under its trimmed path, which the row shows.
+                const std::string_view songPath = Trim(songLine.path);
+                if (!IsNonExistant(song)) {
+                    rows.push_back(SongRow(song, songPath));
+                    ++result.rowsAdded;
                     continue;
                 }
-                rows.push_back(GhostRow(songPath));
+                if (options.HideGhosts != 1) {
+                    rows.push_back(GhostRow(songPath));
+                    ++result.rowsAdded;
+                }
+            } else if (options.HideGhosts != 1) {
+                rows.push_back(GhostRow(songLine.path));
+                ++result.rowsAdded;
             }
-            ++result.rowsAdded;
         }
     }
     return result;

@@ -18,44 +18,41 @@ inline constexpr std::size_t kBitrateWidth = 4;
 
 namespace {
 
-// The songs one by one, as the source views them when asked.
-class ViewEachInTurn final : public SongReading {
+// The songs one by one, as the source gives them when asked.
+class EachInTurn final : public SongReading {
 public:
-    explicit ViewEachInTurn(const SongSource& source) : m_source(source) {}
+    explicit EachInTurn(const SongSource::SongFn& songs) : m_songs(songs) {}
     void Announce(std::string path) override { m_paths.push_back(std::move(path)); }
-    bool ViewNext(std::string& path, SongInfo& read, SongView& view) override {
+    const SongInfo& Next(std::string& path) override {
         if (m_paths.empty()) {
-            return false;
+            m_song = NonExistantSong();
+            return m_song;
         }
         path = std::move(m_paths.front());
         m_paths.pop_front();
-        return m_source.View(path, read, view);
+        m_song = m_songs(path);
+        return m_song;
     }
 
 private:
-    const SongSource& m_source;
+    const SongSource::SongFn& m_songs;
     std::deque<std::string> m_paths;
+    SongInfo m_song;
 };
 
 }  // namespace
+
+SongSource SongSource::ReadingAhead(ReadingFn reading) {
+    SongSource source;
+    source.m_reading = std::move(reading);
+    return source;
+}
 
 std::unique_ptr<SongReading> SongSource::StartReading() const {
     if (m_reading) {
         return m_reading();
     }
-    return std::make_unique<ViewEachInTurn>(*this);
-}
-
-bool SongSource::View(std::string& path, SongInfo& read, SongView& view) const {
-    if (m_views) {
-        return m_views(path, read, view);
-    }
-    read = m_songs(path);
-    if (IsNonExistant(read)) {
-        return false;
-    }
-    view = ViewOf(read);
-    return true;
+    return std::make_unique<EachInTurn>(m_songs);
 }
 
 std::string DisplayNameOf(std::string_view path) {
@@ -71,17 +68,13 @@ std::string DisplayNameOf(std::string_view path) {
     return out;
 }
 
-ListRow SongRow(const SongView& song, std::string_view path) {
+ListRow SongRow(const SongInfo& song, std::string_view path) {
     const std::string_view title = RTrim(song.Title);
     const std::string shownName = title.empty() ? DisplayNameOf(path) : std::string();
     const std::string bitrate = PadField(song.Bitrate, kBitrateWidth);
     return ListRow({title.empty() ? std::string_view(shownName) : title, song.Artist, song.Album,
                     song.Year, song.Genre, song.Time, bitrate, path, song.Comment, song.Size,
                     song.Date, song.Volume});
-}
-
-ListRow SongRow(const SongInfo& song, std::string_view path) {
-    return SongRow(ViewOf(song), path);
 }
 
 ListRow GhostRow(std::string_view path) {

@@ -5,6 +5,7 @@
 #include <sys/uio.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <random>
@@ -61,6 +62,13 @@ std::int64_t PreadAll(int fd, std::int64_t offset, std::span<std::uint8_t> out) 
         done += static_cast<std::size_t>(n);
     }
     return static_cast<std::int64_t>(done);
+}
+
+// The number in a temporary file's name: drawn once per process and stepped for each file, so
+// that two writers of one process never try the same name and other processes start elsewhere.
+std::uint64_t NextTempNumber() {
+    static std::atomic<std::uint64_t> next{std::random_device{}()};
+    return next.fetch_add(0x9E3779B97F4A7C15ull, std::memory_order_relaxed);
 }
 
 }  // namespace
@@ -167,6 +175,12 @@ FileStatus ReadFile::Status() const {
 
 std::int64_t ReadFile::ReadAt(std::int64_t offset, std::span<std::uint8_t> out) const {
     return PreadAll(m_fd, offset, out);
+}
+
+void ReadFile::ReadsAtRandom() const {
+    if (m_fd >= 0) {
+        ::posix_fadvise(m_fd, 0, 0, POSIX_FADV_RANDOM);
+    }
 }
 
 void ReadFile::WillNeed(std::int64_t offset, std::int64_t length) const {
@@ -357,13 +371,12 @@ IoResult ReadWholeFile(const std::string& path, std::string& out, std::int64_t m
 }
 
 AtomicFileWriter::AtomicFileWriter(const std::string& path) : m_path(path) {
-    static thread_local std::mt19937_64 random{std::random_device{}()};
     const std::string folder = ParentFolderOf(path);
     const std::size_t slash = path.find_last_of('/');
     const std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
     for (int attempt = 0; attempt < 8 && m_fd < 0; ++attempt) {
         m_temp = (folder == "/" ? "" : folder) + "/." + name + ".tmp-" +
-                 std::to_string(random() % 1000000000ull);
+                 std::to_string(NextTempNumber() % 1000000000ull);
         m_fd = ::open(m_temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
         if (m_fd < 0 && errno != EEXIST) {
             break;

@@ -73,6 +73,9 @@ public:
     // would have to come from the disk, whose reading the system then starts without waiting for
     // it; -1 when the file system can't answer without waiting (or the read failed).
     std::int64_t ReadCachedAt(std::int64_t offset, std::span<std::uint8_t> out) const;
+    // Tells the system that reads will come at a few places (a song's head and tail), so that it
+    // reads only the pages asked for rather than the rest of a small file with them.
+    void ReadsAtRandom() const;
     // Asks the system to start reading a range into memory, without waiting for it.
     void WillNeed(std::int64_t offset, std::int64_t length) const;
 

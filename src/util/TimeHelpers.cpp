@@ -113,13 +113,6 @@ bool DateOnlyFormat(std::string_view format) {
     return true;
 }
 
-bool SameMoment(const std::tm& a, const std::tm& b) {
-    return a.tm_sec == b.tm_sec && a.tm_min == b.tm_min && a.tm_hour == b.tm_hour &&
-           a.tm_mday == b.tm_mday && a.tm_mon == b.tm_mon && a.tm_year == b.tm_year &&
-           a.tm_wday == b.tm_wday && a.tm_yday == b.tm_yday && a.tm_isdst == b.tm_isdst &&
-           a.tm_gmtoff == b.tm_gmtoff && a.tm_zone == b.tm_zone;
-}
-
 bool SameDate(const std::tm& a, const std::tm& b) {
     return a.tm_mday == b.tm_mday && a.tm_mon == b.tm_mon && a.tm_year == b.tm_year &&
            a.tm_wday == b.tm_wday && a.tm_yday == b.tm_yday;
@@ -134,6 +127,8 @@ std::string StrftimeText(const char* format, const std::tm& tm) {
 }  // namespace
 
 LocalMoment::LocalMoment(std::int64_t epochSeconds) : m_tm(LocalTm(epochSeconds)) {}
+
+LocalMoment::LocalMoment(const std::tm& local) : m_tm(local) {}
 
 std::string FormatStamp14(std::int64_t epochSeconds) {
     return LocalMoment(epochSeconds).Stamp14();
@@ -168,42 +163,54 @@ std::string NowStamp14() {
 }
 
 std::string LocalMoment::LocaleText() const {
-    const std::tm& tm = m_tm;
-    // Songs of one folder often share a second, and nearly always a day: the last text and the
-    // last date's text are kept, per thread.
-    thread_local bool haveLast = false;
-    thread_local std::tm lastMoment{};
-    thread_local std::string lastText;
-    if (haveLast && SameMoment(tm, lastMoment)) {
-        return lastText;
+    return StrftimeText("%x %X", m_tm);
+}
+
+void FileDates::Convert(std::int64_t epochSeconds) {
+    if (m_converted && epochSeconds == m_seconds) {
+        return;
+    }
+    m_converted = true;
+    m_seconds = epochSeconds;
+    m_tm = LocalTm(epochSeconds);
+    m_stamp.clear();
+    m_text.clear();
+}
+
+const std::string& FileDates::Stamp(std::int64_t epochSeconds) {
+    Convert(epochSeconds);
+    if (m_stamp.empty()) {
+        m_stamp = LocalMoment(m_tm).Stamp14();
+    }
+    return m_stamp;
+}
+
+const std::string& FileDates::LocaleText(std::int64_t epochSeconds) {
+    Convert(epochSeconds);
+    if (!m_text.empty()) {
+        return m_text;
     }
     static const bool dateOnly = DateOnlyFormat(nl_langinfo_l(D_FMT, UserTimeLocale()));
-    thread_local bool haveDate = false;
-    thread_local std::tm lastDay{};
-    thread_local std::string dateText;
-    std::string text;
-    if (dateOnly) {
-        if (!haveDate || !SameDate(tm, lastDay)) {
-            dateText = StrftimeText("%x", tm);
-            lastDay = tm;
-            haveDate = true;
-        }
-        const std::string timeText = StrftimeText("%X", tm);
-        // "%x %X" in one call gives nothing when the whole does not fit its 128 bytes, and an
-        // empty part can't be told from an overlong one: those cases take the one call.
-        if (!dateText.empty() && !timeText.empty() && dateText.size() + 1 + timeText.size() < 128) {
-            text.reserve(dateText.size() + 1 + timeText.size());
-            text.append(dateText).append(" ").append(timeText);
-        } else {
-            text = StrftimeText("%x %X", tm);
-        }
-    } else {
-        text = StrftimeText("%x %X", tm);
+    if (!dateOnly) {
+        m_text = StrftimeText("%x %X", m_tm);
+        return m_text;
     }
-    lastMoment = tm;
-    lastText = text;
-    haveLast = true;
-    return text;
+    // The date's text holds all day: only the time of day is written again.
+    if (!m_haveDay || !SameDate(m_tm, m_day)) {
+        m_dayText = StrftimeText("%x", m_tm);
+        m_day = m_tm;
+        m_haveDay = true;
+    }
+    const std::string timeText = StrftimeText("%X", m_tm);
+    // "%x %X" in one call gives nothing when the whole does not fit its 128 bytes, and an empty
+    // part can't be told from an overlong one: those cases take the one call.
+    if (!m_dayText.empty() && !timeText.empty() && m_dayText.size() + 1 + timeText.size() < 128) {
+        m_text.reserve(m_dayText.size() + 1 + timeText.size());
+        m_text.append(m_dayText).append(" ").append(timeText);
+    } else {
+        m_text = StrftimeText("%x %X", m_tm);
+    }
+    return m_text;
 }
 
 bool ParseStamp14(std::string_view stamp, std::int64_t& epochSeconds) {

@@ -37,11 +37,35 @@ double SecondsSinceMidnight();
 class LocalMoment {
 public:
     explicit LocalMoment(std::int64_t epochSeconds);
+    explicit LocalMoment(const std::tm& local);
     std::string Stamp14() const;
     std::string LocaleText() const;
 
 private:
     std::tm m_tm;
+};
+
+// A file's date as the song cache stamps it and as the locale writes it, the last one kept: the
+// files of a folder are often written in the same second and nearly always on the same day, and
+// a walk asks for the date of every file. Each thread that reads songs keeps its own.
+class FileDates {
+public:
+    // FormatStamp14 of the moment; valid until the next call.
+    const std::string& Stamp(std::int64_t epochSeconds);
+    // FormatLocaleDateTime of the moment; valid until the next call.
+    const std::string& LocaleText(std::int64_t epochSeconds);
+
+private:
+    void Convert(std::int64_t epochSeconds);
+
+    bool m_converted = false;
+    std::int64_t m_seconds = 0;
+    std::tm m_tm{};
+    std::string m_stamp;  // empty until asked for
+    std::string m_text;   // empty until asked for
+    bool m_haveDay = false;
+    std::tm m_day{};
+    std::string m_dayText;
 };
 
 }  // namespace jk

@@ -1,9 +1,8 @@
 #include "util/Utf8.h"
 
-#include <cstring>
-
 #include <locale.h>
 #include <clocale>
+#include <cstring>
 #include <cwctype>
 
 namespace jk {
@@ -25,6 +24,25 @@ locale_t Utf8Locale() {
 }
 
 }  // namespace
+
+std::size_t SkipAscii(std::string_view text, std::size_t pos) {
+    // Eight bytes at a time while none has its top bit set.
+    for (; pos + 8 <= text.size(); pos += 8) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, text.data() + pos, 8);
+        if ((word & 0x8080808080808080ull) != 0) {
+            break;
+        }
+    }
+    while (pos < text.size() && static_cast<unsigned char>(text[pos]) < 0x80) {
+        ++pos;
+    }
+    return pos;
+}
+
+bool IsAscii(std::string_view text) {
+    return SkipAscii(text, 0) == text.size();
+}
 
 char32_t DecodeUtf8At(std::string_view text, std::size_t& pos) {
     const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
@@ -116,45 +134,27 @@ void AppendUtf8(std::string& out, char32_t cp) {
 }
 
 bool IsValidUtf8(std::string_view text) {
-    std::size_t pos = 0;
+    std::size_t pos = SkipAscii(text, 0);
     while (pos < text.size()) {
-        // Runs of plain ASCII, the bulk of most texts, go sixteen bytes at a time.
-        while (pos + 16 <= text.size()) {
-            std::uint64_t a;
-            std::uint64_t b;
-            std::memcpy(&a, text.data() + pos, 8);
-            std::memcpy(&b, text.data() + pos + 8, 8);
-            if (((a | b) & 0x8080808080808080ull) != 0) {
-                break;
-            }
-            pos += 16;
-        }
-        if (pos >= text.size()) {
-            break;
-        }
-        if (static_cast<unsigned char>(text[pos]) < 0x80) {
-            ++pos;
-            continue;
-        }
         const std::size_t before = pos;
         const char32_t cp = DecodeUtf8At(text, pos);
         if (cp == kReplacement && pos == before + 1) {
             return false;
         }
+        pos = SkipAscii(text, pos);
     }
     return true;
 }
 
 std::size_t CharCount(std::string_view text) {
-    std::size_t count = 0;
-    std::size_t pos = 0;
+    std::size_t pos = SkipAscii(text, 0);
+    std::size_t count = pos;
     while (pos < text.size()) {
-        if (static_cast<unsigned char>(text[pos]) < 0x80) {
-            ++pos;
-        } else {
-            DecodeUtf8At(text, pos);
-        }
+        DecodeUtf8At(text, pos);
         ++count;
+        const std::size_t ascii = SkipAscii(text, pos);
+        count += ascii - pos;
+        pos = ascii;
     }
     return count;
 }

@@ -19,6 +19,10 @@ void AppendUtf8(std::string& out, char32_t cp);
 // that size their output once rather than append byte by byte).
 char* WriteUtf8(char* out, char32_t cp);
 bool IsValidUtf8(std::string_view text);
+// The first position from `pos` on that holds a byte above 0x7F (text.size() when none): plain
+// ASCII, what most paths and tags are made of, is passed over eight bytes at a time.
+std::size_t SkipAscii(std::string_view text, std::size_t pos = 0);
+bool IsAscii(std::string_view text);
 
 std::size_t CharCount(std::string_view text);
 // Byte offset of the character with 0-based index `chars`; text.size() when past the end.

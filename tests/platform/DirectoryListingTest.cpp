@@ -16,6 +16,7 @@
 
 #include "browse/FolderScan.h"
 #include "browse/FolderWalk.h"
+#include "catalogue/SongCache.h"
 
 namespace jk {
 namespace {
@@ -230,18 +231,14 @@ TEST(RecurseDirRealOnDisk, ReadsAheadWithoutChangingTheOrder) {
     PosixFolderLister lister;
     std::vector<Names> orders;
     for (const int threads : {0, 8}) {
+        SongCache cache;
+        std::int32_t lookups = 0;
+        std::int32_t hits = 0;
+        SongLookup lookup(cache, {lookups, hits});
         ScanSetup setup;
         setup.Lister = &lister;
+        setup.Lookup = &lookup;
         setup.ReadAheadThreads = threads;
-        setup.ReadSong = [](std::string& path, const PrefetchedBytes* prefetched) {
-            SongInfo song;
-            song.Path = path;
-            // The worker's status stands for the file's own.
-            if (prefetched && prefetched->status.size != 0) {
-                song.Size = std::to_string(prefetched->status.size);
-            }
-            return song;
-        };
         RowList rows;
         const ScanResult result = RecurseDirReal(tree.Path(), rows, setup);
         EXPECT_EQ(result.Added, 200u);

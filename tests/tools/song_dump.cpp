@@ -83,8 +83,9 @@ int main(int argc, char** argv) {
             paths.emplace_back(arg);
         }
     }
+    jk::SongReader reader(options);
     for (const std::string& path : paths) {
-        const jk::SongInfo song = jk::ReadSongFromDisk(path, jk::StatPath(path), options);
+        const jk::SongInfo song = reader.Read(path, jk::FileAtHand(jk::StatPath(path)));
         std::printf("%s\n", SongJson(song).c_str());
     }
     return 0;

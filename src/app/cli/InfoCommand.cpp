@@ -14,6 +14,7 @@
 #include "app/cli/ProgressLine.h"
 #include "app/cli/SongLookupRun.h"
 #include "catalogue/GetSongInfo.h"
+#include "util/Text.h"
 
 namespace jk {
 
@@ -71,7 +72,8 @@ int RunInfo(CliContext& context, std::span<const std::string> args) {
     const bool noCache = parsed.Has("--no-cache");
 
     SongLookupRun run(context, false);
-    SongLookupContext& lookup = run.Lookup();
+    SongLookup& lookup = run.Lookup();
+    lookup.noCache = noCache;
 
     ProgressLine progress("Reading songs");
     const auto total = static_cast<std::int64_t>(parsed.operands.size());
@@ -80,8 +82,9 @@ int RunInfo(CliContext& context, std::span<const std::string> args) {
     bool anyPrinted = false;
     for (const std::string& arg : parsed.operands) {
         progress.Update(done++, total);
-        std::string path = FullPathOf(arg);
-        const SongInfo song = GetSongInfo(path, noCache, lookup);
+        // The song is looked up under the trimmed path, which a failure names.
+        const std::string path(Trim(FullPathOf(arg)));
+        const SongInfo song = GetSongInfo(path, lookup);
         progress.Finish();
         if (IsNonExistant(song)) {
             ReportUnreadable(path);

@@ -11,7 +11,6 @@
 #include "app/cli/CommandOutput.h"
 #include "app/cli/ProgressLine.h"
 #include "app/cli/SongLookupRun.h"
-#include "browse/CacheScan.h"
 #include "browse/FolderScan.h"
 #include "listing/WalkRules.h"
 #include "metadata/SongInfo.h"
@@ -37,7 +36,7 @@ int Show(CliContext& context, std::span<const std::string> args) {
 
     SongLookupRun run(context, false);
     Session& session = run.TheSession();
-    SongLookupContext& lookup = run.Lookup();
+    SongLookup& lookup = run.Lookup();
     const ListReadResult read = OpenList(session.Playlist, listPath, CachedSongSource(lookup),
                                          ListSettingsOf(session.Settings));
     // A list that could not be read at all prints nothing; one that ended early, its rows.
@@ -68,8 +67,8 @@ std::string WhyNotAdded(const Session& session, const std::string& path) {
 }
 
 // Adds what one PATH names to the list. False (the user told) when it could not be added.
-bool AddPath(Session& session, const std::string& path, SongLookupContext& lookup,
-             const ScanSetup& walk, ProgressLine& status) {
+bool AddPath(Session& session, const std::string& path, SongLookup& lookup, const ScanSetup& walk,
+             ProgressLine& status) {
     PlaylistState& list = session.Playlist;
     const FileStatus file = StatPath(path);
     if (!file.exists) {
@@ -116,7 +115,7 @@ int Add(CliContext& context, std::span<const std::string> args) {
 
     SongLookupRun run(context, true);
     Session& session = run.TheSession();
-    SongLookupContext& lookup = run.Lookup();
+    SongLookup& lookup = run.Lookup();
     const ListSettings settings = ListSettingsOf(session.Settings);
     PlaylistState& list = session.Playlist;
     bool allAdded = true;
@@ -133,11 +132,14 @@ int Add(CliContext& context, std::span<const std::string> args) {
     if (allAdded) {
         PosixFolderLister lister;
         ProgressLine status;
-        const ScanSetup walk = CacheScanSetup(lookup, lister, session.Settings.FilterMode,
-                                              [&status](const ScanProgress& step) {
-                                                  status.Show(step.Status);
-                                                  return true;
-                                              });
+        ScanSetup walk;
+        walk.Lister = &lister;
+        walk.FilterMode = session.Settings.FilterMode;
+        walk.Lookup = &lookup;
+        walk.Progress = [&status](const ScanProgress& step) {
+            status.Show(step.Status);
+            return true;
+        };
         for (const std::string& path : paths) {
             allAdded = AddPath(session, path, lookup, walk, status) && allAdded;
         }

@@ -11,7 +11,6 @@
 #include "app/cli/InterruptStop.h"
 #include "app/cli/ProgressLine.h"
 #include "app/cli/SongLookupRun.h"
-#include "browse/CacheScan.h"
 #include "browse/FolderScan.h"
 #include "platform/DirectoryListing.h"
 #include "util/FileIo.h"
@@ -65,7 +64,7 @@ int RunScan(CliContext& context, std::span<const std::string> args) {
 
     SongLookupRun run(context, false);
     Session& session = run.TheSession();
-    SongLookupContext& lookup = run.Lookup();
+    SongLookup& lookup = run.Lookup();
     PosixFolderLister lister;
     InterruptStop interrupt;
 
@@ -78,7 +77,11 @@ int RunScan(CliContext& context, std::span<const std::string> args) {
         output.Show(step.Status);
         return !interrupt.Requested();
     };
-    const ScanSetup setup = CacheScanSetup(lookup, lister, session.Settings.FilterMode, progress);
+    ScanSetup setup;
+    setup.Lister = &lister;
+    setup.FilterMode = session.Settings.FilterMode;
+    setup.Lookup = &lookup;
+    setup.Progress = progress;
 
     PrintRowHeader(json);
     ScanResult result;

@@ -58,7 +58,7 @@ int RunShuffle(CliContext& context, std::span<const std::string> args) {
 
     SongLookupRun run(context, write);
     Session& session = run.TheSession();
-    SongLookupContext& lookup = run.Lookup();
+    SongLookup& lookup = run.Lookup();
     const ListSettings settings = ListSettingsOf(session.Settings);
     PlaylistState& list = session.Playlist;
     const ListReadResult read = OpenList(list, listPath, CachedSongSource(lookup), settings);

@@ -69,9 +69,9 @@ int LookupSaving::Finish(Session& session) {
 namespace {
 
 // Marks where the lookups begin before any is made.
-SongLookupContext BeginLookups(LookupSaving& saving, Session& session) {
+SongLookup BeginLookups(LookupSaving& saving, Session& session) {
     saving.Begin(session);
-    return MakeSongLookupContext(session);
+    return MakeSongLookup(session);
 }
 
 }  // namespace

@@ -56,14 +56,14 @@ public:
     SongLookupRun& operator=(const SongLookupRun&) = delete;
 
     Session& TheSession() { return m_session; }
-    SongLookupContext& Lookup() { return m_lookup; }
+    SongLookup& Lookup() { return m_lookup; }
     // LookupSaving::Finish.
     int Finish() { return m_saving.Finish(m_session); }
 
 private:
     LookupSaving m_saving;
     Session& m_session;
-    SongLookupContext m_lookup;
+    SongLookup m_lookup;
 };
 
 }  // namespace jk

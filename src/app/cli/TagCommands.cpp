@@ -16,7 +16,6 @@
 #include "app/cli/CommandArgs.h"
 #include "app/cli/CommandOutput.h"
 #include "app/cli/ProgressLine.h"
-#include "catalogue/GetSongInfo.h"
 #include "metadata/SongFileReader.h"
 #include "metadata/TagWriter.h"
 #include "util/FileIo.h"
@@ -81,8 +80,8 @@ int SetTags(CliContext& context, std::span<const std::string> args) {
         return kExitFailed;
     }
     Session& session = context.StartedSession();
-    SongLookupContext lookup = MakeSongLookupContext(session);
-    const SingleByteCodepage* page = lookup.options.codepage.get();
+    SongReader reader(SongReadOptionsOf(session));
+    const SingleByteCodepage* page = reader.Options().codepage.get();
 
     ProgressLine progress("Writing tags");
     const auto total = static_cast<std::int64_t>(parsed.operands.size());
@@ -94,9 +93,8 @@ int SetTags(CliContext& context, std::span<const std::string> args) {
         FileStatus status;
         // Read from the file itself, never from a cache slot that may hold another file of
         // the same name; the slot goes stale by the file's new date.
-        SongInfo song = IsSongFile(path, status)
-                            ? ReadSongFile(path, status, /*noCache=*/true, lookup)
-                            : NonExistantSong();
+        SongInfo song =
+            IsSongFile(path, status) ? reader.Read(path, FileAtHand(status)) : NonExistantSong();
         if (IsNonExistant(song)) {
             progress.Finish();
             ReportUnreadable(path);

@@ -50,10 +50,10 @@ TEST(SongLookup, LookupsCountInTheSettingsAndFillTheSessionsCache) {
     session.VolumeLabelLookup = [](const std::string& path) {
         return path.find("Plain") != std::string::npos ? std::string("MY DISK") : std::string();
     };
-    SongLookupContext lookup = MakeSongLookupContext(session);
+    SongLookup lookup = MakeSongLookup(session);
 
-    std::string path = folder.File("Plain.mp3");
-    const SongInfo first = GetSongInfo(path, false, lookup);
+    const std::string path = folder.File("Plain.mp3");
+    const SongInfo first = GetSongInfo(path, lookup);
     EXPECT_EQ(first.Title, "Plain Title");
     EXPECT_EQ(first.Volume, "MY DISK");
     EXPECT_EQ(session.SongCache.UpperBound(), 1);
@@ -61,7 +61,7 @@ TEST(SongLookup, LookupsCountInTheSettingsAndFillTheSessionsCache) {
     EXPECT_EQ(session.Settings.TotalCacheHits, 11);
     EXPECT_EQ(session.Settings.CacheHits, 4);
 
-    const SongInfo second = GetSongInfo(path, false, lookup);
+    const SongInfo second = GetSongInfo(path, lookup);
     EXPECT_EQ(second.Title, "Plain Title");
     EXPECT_EQ(session.Settings.TotalCacheHits, 12);
     EXPECT_EQ(session.Settings.CacheHits, 5);

@@ -6,25 +6,12 @@
 #include <vector>
 
 #include "FakeFolderLister.h"
+#include "SongFiles.h"
 
 namespace jk {
 namespace {
 
 using Names = std::vector<std::string>;
-
-// Songs titled by their bare names; a name starting with "bad" cannot be read.
-SongReadFn FakeSongs() {
-    return [](std::string& path, const PrefetchedBytes*) {
-        const std::string name = path.substr(path.find_last_of('/') + 1);
-        if (name.rfind("bad", 0) == 0) {
-            return NonExistantSong();
-        }
-        SongInfo song;
-        song.Title = name;
-        song.Path = path;
-        return song;
-    };
-}
 
 Names Filenames(const RowList& rows) {
     Names names;
@@ -34,77 +21,101 @@ Names Filenames(const RowList& rows) {
     return names;
 }
 
-ScanSetup FakeSetup(test::FakeFolderLister& fs, int threads) {
-    ScanSetup setup;
-    setup.Lister = &fs;
-    setup.ReadSong = FakeSongs();
-    setup.ReadAheadThreads = threads;
-    return setup;
-}
-
-test::FakeFolderLister Machine() {
-    test::FakeFolderLister fs;
-    fs.AddFolder("/", {"music/", "home/", "media/"}, 1);
-    fs.AddFolder("/music", {"z.mp3", "bad.mp3", "sub/", "a.mp3", "b.txt"}, 1);
-    fs.AddFolder("/music/sub", {"s.mp3", "Recycled/"}, 1);
-    fs.AddFolder("/music/sub/Recycled", {"r.mp3"}, 1);
-    fs.AddFolder("/home", {"ann/"}, 1);
-    fs.AddFolder("/home/ann", {"h.mp3"}, 1);
-    fs.AddFolder("/media", {"usb/"}, 1);
-    fs.AddFolder("/media/usb", {"u.mp3"}, 2);
-    return fs;
-}
-
-TEST(RecurseDirReal, AppendsReadableSongsInWalkOrderWithAnyNumberOfReaders) {
-    for (const int threads : {0, 4}) {
-        test::FakeFolderLister fs = Machine();
-        RowList rows;
-        rows.push_back(ListRow());  // rows already on the list stay
-        const ScanResult result = RecurseDirReal("/music", rows, FakeSetup(fs, threads));
-        EXPECT_EQ(result.Added, 3u);
-        EXPECT_FALSE(result.Aborted);
-        EXPECT_EQ(Filenames(rows), (Names{"", "/music/z.mp3", "/music/a.mp3", "/music/sub/s.mp3"}));
+// A machine whose folders are listed by a fake lister and whose songs are real files below a
+// temporary folder (the machine's "/"); "bad.mp3" is too short to be a song.
+class FolderScanTest : public ::testing::Test {
+protected:
+    FolderScanTest() {
+        m_fs.AddFolder(Root(), {"music/", "home/", "media/"}, 1);
+        m_fs.AddFolder(At("/music"), {"z.mp3", "bad.mp3", "sub/", "a.mp3", "b.txt"}, 1);
+        m_fs.AddFolder(At("/music/sub"), {"s.mp3", "Recycled/"}, 1);
+        m_fs.AddFolder(At("/music/sub/Recycled"), {"r.mp3"}, 1);
+        m_fs.AddFolder(At("/home"), {"ann/"}, 1);
+        m_fs.AddFolder(At("/home/ann"), {"h.mp3"}, 1);
+        m_fs.AddFolder(At("/media"), {"usb/"}, 1);
+        m_fs.AddFolder(At("/media/usb"), {"u.mp3"}, 2);
+        for (const char* song :
+             {"/music/z.mp3", "/music/a.mp3", "/music/b.txt", "/music/sub/s.mp3",
+              "/music/sub/Recycled/r.mp3", "/home/ann/h.mp3", "/media/usb/u.mp3"}) {
+            test::WriteSongFile(At(song), "Song");
+        }
+        test::WriteBytes(At("/music/bad.mp3"), "short");
     }
+
+    const std::string& Root() const { return m_root.Path(); }
+    std::string At(std::string_view path) const { return Root() + std::string(path); }
+    Names At(const Names& paths) const {
+        Names out;
+        for (const std::string& path : paths) {
+            out.push_back(path.empty() ? path : At(path));
+        }
+        return out;
+    }
+    ScanSetup Setup(int threads) {
+        ScanSetup setup;
+        setup.Lister = &m_fs;
+        setup.Lookup = &m_songs.lookup;
+        setup.ReadAheadThreads = threads;
+        return setup;
+    }
+
+    test::TempFolder m_root;
+    test::FakeFolderLister m_fs;
+    test::CacheLookups m_songs;
+};
+
+TEST_F(FolderScanTest, RecurseDirRealAppendsReadableSongsInWalkOrderWithAnyNumberOfReaders) {
+    for (const int threads : {0, 4}) {
+        for (int pass = 0; pass < 2; ++pass) {  // from the files, then from the cache
+            RowList rows;
+            rows.push_back(ListRow());  // rows already on the list stay
+            const ScanResult result = RecurseDirReal(At("/music"), rows, Setup(threads));
+            EXPECT_EQ(result.Added, 3u);
+            EXPECT_FALSE(result.Aborted);
+            EXPECT_EQ(Filenames(rows),
+                      At(Names{"", "/music/z.mp3", "/music/a.mp3", "/music/sub/s.mp3"}));
+        }
+    }
+    EXPECT_EQ(m_songs.cache.UpperBound(), 3);
+    EXPECT_EQ(m_songs.total, 12);
+    EXPECT_EQ(m_songs.hits, 9);
 }
 
-TEST(RecurseDirReal, KeepsTheRowsAddedBeforeAnAbort) {
-    test::FakeFolderLister fs = Machine();
-    ScanSetup setup = FakeSetup(fs, 2);
+TEST_F(FolderScanTest, RecurseDirRealKeepsTheRowsAddedBeforeAnAbort) {
+    ScanSetup setup = Setup(2);
     int calls = 0;
     setup.Progress = [&calls](const ScanProgress&) { return ++calls < 3; };
     RowList rows;
-    const ScanResult result = RecurseDirReal("/music", rows, setup);
+    const ScanResult result = RecurseDirReal(At("/music"), rows, setup);
     EXPECT_TRUE(result.Aborted);
-    EXPECT_EQ(Filenames(rows), Names{"/music/z.mp3"});
+    EXPECT_EQ(Filenames(rows), At(Names{"/music/z.mp3"}));
 }
 
-TEST(RecurseTotal, WalksEachReadyDriveOnItsOwnFilesystemAndLeavesHomeOut) {
-    test::FakeFolderLister fs = Machine();
+TEST_F(FolderScanTest, RecurseTotalWalksEachReadyDriveOnItsOwnFilesystemAndLeavesHomeOut) {
     const DriveList drives = {
-        DriveRoot{"/", "/", "", kDriveFixed, 1, false},
-        DriveRoot{"/media/usb", "usb", "usb", kDriveRemovable, 2, false},
-        DriveRoot{"/media/cd", "cd", "cd", kDriveNotReady, 3, false},
-        DriveRoot{"/home/ann", "ann", "ann", kDriveFixed, 1, true},
+        DriveRoot{Root(), "/", "", kDriveFixed, 1, false},
+        DriveRoot{At("/media/usb"), "usb", "usb", kDriveRemovable, 2, false},
+        DriveRoot{At("/media/cd"), "cd", "cd", kDriveNotReady, 3, false},
+        DriveRoot{At("/home/ann"), "ann", "ann", kDriveFixed, 1, true},
     };
     RowList rows;
-    const ScanResult result = RecurseTotal(drives, rows, FakeSetup(fs, 3));
-    EXPECT_EQ(Filenames(rows), (Names{"/music/z.mp3", "/music/a.mp3", "/music/sub/s.mp3",
-                                      "/home/ann/h.mp3", "/media/usb/u.mp3"}));
+    const ScanResult result = RecurseTotal(drives, rows, Setup(3));
+    EXPECT_EQ(Filenames(rows), At(Names{"/music/z.mp3", "/music/a.mp3", "/music/sub/s.mp3",
+                                        "/home/ann/h.mp3", "/media/usb/u.mp3"}));
     EXPECT_EQ(result.Added, 5u);
-    for (const std::string& listed : fs.listed) {
-        EXPECT_NE(listed, "/media/cd/");
+    for (const std::string& listed : m_fs.listed) {
+        EXPECT_NE(listed, At("/media/cd/"));
     }
 }
 
-TEST(GetFolderNow, ReplacesTheRowsWithOneFoldersSongs) {
-    test::FakeFolderLister fs = Machine();
+TEST_F(FolderScanTest, GetFolderNowReplacesTheRowsWithOneFoldersSongs) {
     RowList rows;
     rows.push_back(ListRow());
-    std::string path = "/music";
-    const ScanResult result = GetFolderNow(path, rows, FakeSetup(fs, 2));
-    EXPECT_EQ(path, "/music/");
+    std::string path = At("/music");
+    const ScanResult result = GetFolderNow(path, rows, Setup(2));
+    EXPECT_EQ(path, At("/music/"));
     EXPECT_EQ(result.Added, 2u);
-    EXPECT_EQ(Filenames(rows), (Names{"/music/z.mp3", "/music/a.mp3"}));
+    EXPECT_EQ(Filenames(rows), At(Names{"/music/z.mp3", "/music/a.mp3"}));
 }
 
 }  // namespace

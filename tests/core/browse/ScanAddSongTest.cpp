@@ -5,12 +5,13 @@
 #include <string>
 #include <vector>
 
+#include "SongFiles.h"
 #include "listing/RowCopy.h"
 
 namespace jk {
 namespace {
 
-SongInfo FullSong() {
+SongInfo FullSong(std::string path = "/m/song.mp3") {
     SongInfo song;
     song.Title = "  Title  ";
     song.Artist = " Artist ";
@@ -22,50 +23,26 @@ SongInfo FullSong() {
     song.Date = " 1/2/2003 ";
     song.Size = " 4096 ";
     song.Time = " 03:25";
+    song.Path = std::move(path);
     song.Volume = " USB ";
     return song;
 }
 
-// A song source that gives `song` with Path set to the trimmed path, as GetSongInfo does.
-SongReadFn Source(SongInfo song, std::vector<std::string>* asked = nullptr) {
-    return [song, asked](std::string& path, const PrefetchedBytes*) {
-        if (asked) {
-            asked->push_back(path);
-        }
-        while (!path.empty() && path.back() == ' ') {
-            path.pop_back();
-        }
-        SongInfo out = song;
-        if (!IsNonExistant(out)) {
-            out.Path = path;
-        }
-        return out;
-    };
-}
-
-TEST(ScanAddSong, BuildsTheRowWithTrimmedTextsAndAFourCharacterBitrate) {
-    RowList rows;
-    ASSERT_TRUE(ScanAddSong("/m/song.mp3", rows, 0, Source(FullSong())));
-    ASSERT_EQ(rows.size(), 1u);
-    const auto c = rows[0].All();
+TEST(FilesPaneRow, TrimsTheTextsAndCutsOrPadsTheBitrateToFourCharacters) {
     const std::array<std::string_view, kColumnCount> expected = {
         "Title", "Artist",      "Album - 03", "",       "Rock",       "03:25",
         "128 ",  "/m/song.mp3", "note",       " 4096 ", " 1/2/2003 ", " USB "};
-    EXPECT_EQ(c, expected) << "Size, Date and Volume stand as they are";
-}
-
-TEST(ScanAddSong, CutsOrPadsTheBitrateToFourCharacters) {
+    EXPECT_EQ(FilesPaneRow(FullSong()).All(), expected)
+        << "Size, Date and Volume stand as they are";
     for (const auto& [bitrate, shown] : std::vector<std::pair<std::string, std::string>>{
              {"", "    "}, {"64", "64  "}, {"1411", "1411"}, {"32000", "3200"}, {" 96", " 96 "}}) {
         SongInfo song = FullSong();
         song.Bitrate = bitrate;
-        RowList rows;
-        ScanAddSong("/m/a.mp3", rows, 0, Source(song));
-        EXPECT_EQ(rows.at(0).Get(Column::Bitrate), shown) << bitrate;
+        EXPECT_EQ(FilesPaneRow(song).Get(Column::Bitrate), shown) << bitrate;
     }
 }
 
-TEST(ScanAddSong, ShowsAnUntitledSongByItsNameWithBlanksForUnderscores) {
+TEST(FilesPaneRow, ShowsAnUntitledSongByItsNameWithBlanksForUnderscores) {
     struct Case {
         std::string title;
         std::string path;
@@ -79,53 +56,73 @@ TEST(ScanAddSong, ShowsAnUntitledSongByItsNameWithBlanksForUnderscores) {
         {" Real ", "/m/x_y.mp3", "Real"},
     };
     for (const Case& c : cases) {
-        SongInfo song = FullSong();
+        SongInfo song = FullSong(c.path);
         song.Title = c.title;
-        RowList rows;
-        ASSERT_TRUE(ScanAddSong(c.path, rows, 2, Source(song))) << c.path;
-        EXPECT_EQ(rows[0].Get(Column::Title), c.shown) << c.path;
+        EXPECT_EQ(FilesPaneRow(song).Get(Column::Title), c.shown) << c.path;
     }
 }
 
-TEST(ScanAddSong, RefusesFilteredRecycledAndTrashedFilesWithoutReadingThem) {
+// Songs in a temporary folder, looked up through a song cache as the program does.
+class ScanAddSongTest : public ::testing::Test {
+protected:
+    std::string Song(std::string_view name, std::string_view title = "Song") {
+        const std::string path = m_folder.File(name);
+        test::WriteSongFile(path, title);
+        return path;
+    }
+
+    test::TempFolder m_folder;
+    test::CacheLookups m_songs;
+};
+
+TEST_F(ScanAddSongTest, RefusesFilteredRecycledAndTrashedFilesWithoutLookingThemUp) {
     struct Case {
-        std::string path;
+        std::string name;
         int mode;
         bool added;
     };
     const Case cases[] = {
-        {"/m/a.mp3", 0, true},
-        {"/m/a.MP3", 0, true},
-        {"/m/a.mp2", 0, false},
-        {"/m/a.mp2", 1, true},
-        {"/m/a.wav", 2, true},
-        {"/m/a.mp3", 5, false},
-        {"/m/Recycler/a.mp3", 2, false},
-        {"/c/WINDOWS/Recent/a.mp3", 2, false},
-        {"/u/.Trash-1000/files/a.mp3", 2, false},
-        {"/h/.local/share/Trash/files/a.mp3", 2, false},
+        {"a.mp3", 0, true},
+        {"b.MP3", 0, true},
+        {"c.mp2", 0, false},
+        {"d.mp2", 1, true},
+        {"e.wav", 2, true},
+        {"f.mp3", 5, false},
+        {"Recycler/a.mp3", 2, false},
+        {"WINDOWS/Recent/a.mp3", 2, false},
+        {".Trash-1000/files/a.mp3", 2, false},
+        {".local/share/Trash/files/a.mp3", 2, false},
     };
     for (const Case& c : cases) {
-        std::vector<std::string> asked;
+        const std::string path = Song(c.name);
         RowList rows;
-        EXPECT_EQ(ScanAddSong(c.path, rows, c.mode, Source(FullSong(), &asked)), c.added) << c.path;
-        EXPECT_EQ(rows.size(), c.added ? 1u : 0u) << c.path;
-        EXPECT_EQ(asked.size(), c.added ? 1u : 0u) << c.path;
+        const std::int32_t before = m_songs.total;
+        EXPECT_EQ(ScanAddSong(path, rows, c.mode, m_songs.lookup), c.added) << c.name;
+        EXPECT_EQ(rows.size(), c.added ? 1u : 0u) << c.name;
+        EXPECT_EQ(m_songs.total - before, c.added ? 1 : 0) << c.name;
     }
 }
 
-TEST(ScanAddSong, AddsNothingForAFileThatCannotBeRead) {
-    RowList rows;
-    EXPECT_FALSE(ScanAddSong("/m/gone.mp3", rows, 0, Source(NonExistantSong())));
-    EXPECT_TRUE(rows.empty());
+TEST_F(ScanAddSongTest, AddsNothingForAFileThatCannotBeRead) {
+    test::WriteBytes(m_folder.File("short.mp3"), "too short for a song");
+    for (const char* name : {"missing.mp3", "short.mp3"}) {
+        RowList rows;
+        EXPECT_FALSE(ScanAddSong(m_folder.File(name), rows, 0, m_songs.lookup)) << name;
+        EXPECT_TRUE(rows.empty()) << name;
+    }
 }
 
-TEST(ScanAddSong, ReadsThePathAsGivenAndShowsItTrimmed) {
-    std::vector<std::string> asked;
-    RowList rows;
-    ASSERT_TRUE(ScanAddSong("/m/odd.mp3  ", rows, 2, Source(FullSong(), &asked)));
-    EXPECT_EQ(asked, std::vector<std::string>{"/m/odd.mp3  "});
-    EXPECT_EQ(rows[0].Get(Column::Filename), "/m/odd.mp3");
+TEST_F(ScanAddSongTest, LooksThePathUpTrimmedAndShowsItTrimmed) {
+    const std::string path = Song("odd_name.mp3", "");
+    // Read from the file, then a cache hit: the cache stores an empty title as the file's name.
+    for (const char* title : {"odd name", "odd_name"}) {
+        RowList rows;
+        ASSERT_TRUE(ScanAddSong("  " + path + "  ", rows, 2, m_songs.lookup));
+        EXPECT_EQ(rows[0].Get(Column::Filename), path);
+        EXPECT_EQ(rows[0].Get(Column::Title), title);
+        EXPECT_EQ(rows[0].Get(Column::Artist), "Artist");
+    }
+    EXPECT_EQ(m_songs.hits, 1);
 }
 
 ListRow Row(std::array<std::string_view, kColumnCount> columns, bool selected = false) {

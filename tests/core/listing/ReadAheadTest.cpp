@@ -5,8 +5,14 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <filesystem>
 #include <fstream>
+#include <map>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -92,6 +98,138 @@ std::string WriteTagged(const TempFolder& dir, const std::string& name, std::siz
     return path;
 }
 
+// The disk's files, with a hook that runs before each file's head and tail are read (on the
+// thread that reads them): a delay, a wait for the disk, the file's removal.
+class HookedFiles final : public AheadFiles {
+public:
+    using Hook = std::function<void(std::string_view path)>;
+    explicit HookedFiles(Hook hook) : m_hook(std::move(hook)) {}
+    FileStatus Stat(std::string_view path) override { return m_disk.Stat(path); }
+    void ReadHeadAndTail(std::string_view path, PrefetchedBytes& bytes) override {
+        m_hook(path);
+        m_disk.ReadHeadAndTail(path, bytes);
+    }
+
+private:
+    Hook m_hook;
+    DiskAheadFiles m_disk;
+};
+
+AheadFilesMaker Hooked(const HookedFiles::Hook& hook) {
+    return [hook] { return std::make_unique<HookedFiles>(hook); };
+}
+
+// Checks that each file came whole, in order, on the walk's thread.
+void ExpectWholeInOrder(const std::vector<Seen>& seen, const std::string& folder,
+                        const std::vector<std::string>& names, std::size_t size) {
+    ASSERT_EQ(seen.size(), names.size());
+    for (std::size_t i = 0; i < seen.size(); ++i) {
+        EXPECT_EQ(seen[i].path, folder + names[i]);
+        EXPECT_EQ(seen[i].thread, std::this_thread::get_id());
+        EXPECT_EQ(seen[i].head, kHeadBlockBytes) << names[i];
+        EXPECT_EQ(seen[i].tail, kTailBlockBytes) << names[i];
+        EXPECT_EQ(seen[i].tailEnd, static_cast<std::int64_t>(size)) << names[i];
+    }
+}
+
+TEST(ReadAheadScanner, WaitsForSlowReadsAndKeepsTheOrder) {
+    TempFolder dir;
+    const std::vector<std::string> names = Names(120);
+    for (const std::string& name : names) {
+        WritePattern(dir, name, 9000);
+    }
+    std::atomic<int> reads = 0;
+    // Every few files a read takes a while; the others come at once.
+    const AheadFilesMaker slow = Hooked([&reads](std::string_view path) {
+        ++reads;
+        if (path.size() % 3 == 0) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        }
+    });
+    for (const int threads : {1, 4}) {
+        reads = 0;
+        std::vector<Seen> seen;
+        {
+            ReadAheadScanner scanner(0, Recorder(seen), {}, threads, slow);
+            ScanAll(scanner, dir.Folder(), names);
+        }
+        ExpectWholeInOrder(seen, dir.Folder(), names, 9000);
+        EXPECT_EQ(reads, static_cast<int>(names.size())) << "each file is read once";
+    }
+}
+
+// Reads that must wait for the disk: each blocks until the "disk" brings its file, and the disk
+// brings them out of order, the first ones last.
+TEST(ReadAheadScanner, HandsOverFilesOnlyOnceTheDiskHasBroughtThem) {
+    TempFolder dir;
+    const std::vector<std::string> names = Names(40);
+    for (const std::string& name : names) {
+        WritePattern(dir, name, 12000);
+    }
+    std::mutex mutex;
+    std::condition_variable brought;
+    std::map<std::string, bool> onDisk;  // true once the disk has brought the file
+    for (const std::string& name : names) {
+        onDisk[dir.Folder() + name] = false;
+    }
+    const AheadFilesMaker diskBound = Hooked([&](std::string_view path) {
+        std::unique_lock lock(mutex);
+        const bool came = brought.wait_for(lock, std::chrono::seconds(10),
+                                           [&] { return onDisk.at(std::string(path)); });
+        EXPECT_TRUE(came) << path;
+    });
+    std::thread disk([&] {
+        for (auto name = names.rbegin(); name != names.rend(); ++name) {
+            std::this_thread::sleep_for(std::chrono::microseconds(500));
+            std::lock_guard lock(mutex);
+            onDisk[dir.Folder() + *name] = true;
+            brought.notify_all();
+        }
+    });
+    std::vector<Seen> seen;
+    {
+        ReadAheadScanner scanner(0, Recorder(seen), {}, 3, diskBound);
+        ScanAll(scanner, dir.Folder(), names);
+    }
+    disk.join();
+    ExpectWholeInOrder(seen, dir.Folder(), names, 12000);
+}
+
+TEST(ReadAheadScanner, AFileThatVanishesIsHandedOverAsMissingAndTheWalkGoesOn) {
+    TempFolder dir;
+    const std::vector<std::string> names = {"a.mp3", "gone1.mp3", "b.mp3", "gone2.mp3", "c.mp3"};
+    for (const std::string& name : names) {
+        WritePattern(dir, name, 5000);
+    }
+    // The files named "gone..." are removed between the walk's listing and their reading.
+    const AheadFilesMaker vanishing = Hooked([](std::string_view path) {
+        if (path.find("/gone") != std::string_view::npos) {
+            std::filesystem::remove(std::string(path));
+        }
+    });
+    for (const int threads : {0, 2}) {
+        for (const std::string& name : names) {
+            WritePattern(dir, name, 5000);
+        }
+        std::vector<Seen> seen;
+        {
+            ReadAheadScanner scanner(0, Recorder(seen), {}, threads, vanishing);
+            ScanAll(scanner, dir.Folder(), names);
+        }
+        ASSERT_EQ(seen.size(), names.size());
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            EXPECT_EQ(seen[i].path, dir.Folder() + names[i]);
+            if (threads == 0) {
+                EXPECT_FALSE(seen[i].prefetched) << "nothing is read ahead";
+                continue;
+            }
+            const bool gone = names[i].starts_with("gone");
+            EXPECT_EQ(seen[i].exists, !gone) << names[i];
+            EXPECT_EQ(seen[i].head, gone ? 0u : kHeadBlockBytes) << names[i];
+        }
+    }
+}
+
 TEST(ReadAheadScanner, HandsFilesOverInOrderOnTheWalksThreadWithTheBytesTheReaderWants) {
     TempFolder dir;
     const std::vector<std::string> names = Names(300);
@@ -127,7 +265,7 @@ TEST(ReadAheadScanner, TakesAnId3v2TagWithTheBlockBehindItAsTheReaderDoes) {
     TempFolder dir;
     WriteTagged(dir, "small.mp3", 20000, 1000);  // tag and block within the first 4 KiB
     WriteTagged(dir, "tagged.mp3", 20000, 5000);
-    WriteTagged(dir, "picture.mp3", 300000, 200000);  // the reader reads the rest itself
+    WriteTagged(dir, "picture.mp3", 300000, 200000);  // the reader walks past the picture
     WriteTagged(dir, "short.mp3", 6000, 5000);        // the file ends first
     std::vector<Seen> seen;
     {
@@ -137,7 +275,7 @@ TEST(ReadAheadScanner, TakesAnId3v2TagWithTheBlockBehindItAsTheReaderDoes) {
     ASSERT_EQ(seen.size(), 4u);
     EXPECT_EQ(seen[0].head, kHeadBlockBytes);
     EXPECT_EQ(seen[1].head, 5000u + 2048u);
-    EXPECT_EQ(seen[2].head, 128u * 1024u) << "no more than 128 KiB is held";
+    EXPECT_EQ(seen[2].head, kHeadBlockBytes) << "a tag with a picture is not read whole";
     EXPECT_EQ(seen[2].tailEnd, 300000);
     EXPECT_EQ(seen[3].head, 6000u);
     EXPECT_EQ(seen[3].tail, 0u);
@@ -151,25 +289,34 @@ TEST(ReadAheadScanner, OpensNoFileThatTheCacheWillAnswer) {
     const std::string hitStamp = FormatStamp14(StatPath(hit).modifiedSeconds);
     std::vector<std::string> asked;
     std::vector<std::thread::id> askedOn;
-    CacheStampLookup cache = [&](std::string_view path) -> std::optional<std::string> {
+    CacheStampLookup cache = [&](std::string_view path) -> std::string_view {
         asked.emplace_back(path);
         askedOn.push_back(std::this_thread::get_id());
         if (path == hit) {
             return hitStamp;
         }
         if (path == stale) {
-            return std::string("19990101000000");
+            return "19990101000000";
         }
-        return std::nullopt;
+        return "";
     };
+    std::mutex readMutex;
+    std::vector<std::string> read;
+    const AheadFilesMaker counted = Hooked([&](std::string_view path) {
+        std::lock_guard lock(readMutex);
+        read.emplace_back(path);
+    });
     for (const int threads : {1, 4}) {
         asked.clear();
         askedOn.clear();
+        read.clear();
         std::vector<Seen> seen;
         {
-            ReadAheadScanner scanner(0, Recorder(seen), cache, threads);
+            ReadAheadScanner scanner(0, Recorder(seen), cache, threads, counted);
             ScanAll(scanner, dir.Folder(), {"hit.mp3", "stale.mp3", "new.mp3"});
         }
+        std::sort(read.begin(), read.end());
+        EXPECT_EQ(read, (std::vector<std::string>{dir.Folder() + "new.mp3", stale}));
         ASSERT_EQ(seen.size(), 3u);
         EXPECT_EQ(asked.size(), 3u) << "once a file";
         for (const std::thread::id id : askedOn) {

@@ -17,7 +17,7 @@ SongInfo ReadSong(const std::string& name, bool extensions) {
     options.readId3v2 = extensions;
     options.exactTimes = extensions;
     const std::string path = SongPath(name);
-    return ReadSongFromDisk(path, StatPath(path), options);
+    return SongReader(options).Read(path, FileAtHand(StatPath(path)));
 }
 
 struct Expected {

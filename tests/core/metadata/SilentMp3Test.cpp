@@ -12,7 +12,7 @@ namespace {
 SongInfo ReadFile(const std::string& path, bool exact) {
     SongReadOptions options;
     options.exactTimes = exact;
-    return ReadSongFromDisk(path, StatPath(path), options);
+    return SongReader(options).Read(path, FileAtHand(StatPath(path)));
 }
 
 TEST(SilentFrame, IsTheFixedFrame) {

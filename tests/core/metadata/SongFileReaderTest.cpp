@@ -83,13 +83,18 @@ TEST(ReadSongBytes, TheExtensionsAreSwitchedByTheOptions) {
     EXPECT_EQ(both->Artist, "Artist");
 }
 
-TEST(ReadSongFromDisk, FillsPathSizeDateAndVolume) {
+SongInfo ReadFromDisk(const std::string& path, const SongReadOptions& options,
+                      const PrefetchedBytes* prefetched = nullptr) {
+    return SongReader(options).Read(path, FileAtHand(StatPath(path), prefetched));
+}
+
+TEST(SongReader, FillsPathSizeDateAndVolume) {
     test::TempFolder folder;
     const std::string path = folder.Write("song.mp3 ", Bytes(400) + Id3v1("On disk"));
     SongReadOptions options = Options(true, true);
     options.volumeLabel = [](const std::string& p) { return "LABEL:" + p.substr(p.size() - 4); };
     const FileStatus status = StatPath(path);
-    const SongInfo song = ReadSongFromDisk(path, status, options);
+    const SongInfo song = ReadFromDisk(path, options);
     EXPECT_EQ(song.Title, "On disk");
     EXPECT_EQ(song.Path, folder.File("song.mp3"));
     EXPECT_EQ(song.Size, "528");
@@ -99,53 +104,82 @@ TEST(ReadSongFromDisk, FillsPathSizeDateAndVolume) {
     EXPECT_EQ(song.Reserved, 0);
 }
 
-TEST(ReadSongFromDisk, MissingShortAndNonRegularFilesAreNonExistant) {
+TEST(SongReader, MissingShortAndNonRegularFilesAreNonExistant) {
     test::TempFolder folder;
     const SongReadOptions options = Options(true, true);
-    const std::string missing = folder.File("none.mp3");
-    EXPECT_TRUE(IsNonExistant(ReadSongFromDisk(missing, StatPath(missing), options)));
-    const std::string shortFile = folder.Write("short.mp3", Bytes(131));
-    EXPECT_TRUE(IsNonExistant(ReadSongFromDisk(shortFile, StatPath(shortFile), options)));
-    EXPECT_TRUE(IsNonExistant(ReadSongFromDisk(folder.Path(), StatPath(folder.Path()), options)));
-    EXPECT_TRUE(IsNonExistant(ReadSongFromDisk("/dev/zero", StatPath("/dev/zero"), options)));
+    EXPECT_TRUE(IsNonExistant(ReadFromDisk(folder.File("none.mp3"), options)));
+    EXPECT_TRUE(IsNonExistant(ReadFromDisk(folder.Write("short.mp3", Bytes(131)), options)));
+    EXPECT_TRUE(IsNonExistant(ReadFromDisk(folder.Path(), options)));
+    EXPECT_TRUE(IsNonExistant(ReadFromDisk("/dev/zero", options)));
     // A file that shrank since its status was taken fails at the read.
     const std::string shrunk = folder.Write("shrunk.mp3", Bytes(20000));
     const FileStatus before = StatPath(shrunk);
     folder.Write("shrunk.mp3", Bytes(5000));
-    EXPECT_TRUE(IsNonExistant(ReadSongFromDisk(shrunk, before, options)));
+    EXPECT_TRUE(IsNonExistant(SongReader(options).Read(shrunk, FileAtHand(before))));
 }
 
-TEST(ReadSongFromDisk, ReadsFromPrefetchedBytesWithoutOpeningTheFile) {
+TEST(SongReader, ReplacesEveryFieldOfTheRecordItFills) {
+    test::TempFolder folder;
+    const std::string tagged = folder.Write(
+        "tagged.mp3", Bytes(400) + Id3v1("Tagged", "A", "B", "1999", test::Comment11("c", 7)));
+    const std::string plain = folder.Write("plain.mp3", Bytes(400));
+    SongReader reader(Options(true, true));
+    SongInfo song;
+    for (const std::string& path : {tagged, plain, folder.File("none.mp3"), tagged}) {
+        reader.ReadInto(path, FileAtHand(StatPath(path)), song);
+        EXPECT_EQ(song, ReadFromDisk(path, Options(true, true))) << path;
+    }
+}
+
+// A file's head and tail blocks as a read-ahead takes them.
+PrefetchedBytes HeadAndTail(const std::string& path) {
+    const std::string bytes = test::ReadBytes(path);
+    PrefetchedBytes prefetched;
+    prefetched.status = StatPath(path);
+    const std::size_t head = std::min(bytes.size(), kHeadBlockBytes);
+    const std::size_t tail = std::min(bytes.size() - head, kTailBlockBytes);
+    prefetched.head.assign(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(head));
+    prefetched.tailOffset = static_cast<std::int64_t>(bytes.size() - tail);
+    prefetched.tail.assign(bytes.end() - static_cast<std::ptrdiff_t>(tail), bytes.end());
+    return prefetched;
+}
+
+TEST(SongReader, ReadsFromPrefetchedBytesWithoutOpeningTheFile) {
     test::TempFolder folder;
     const std::string path =
         folder.Write("pre.mp3", Repeat(test::Mp3Frame128(), 10) + Id3v1("Prefetched"));
-    PrefetchedBytes prefetched;
-    ASSERT_TRUE(PrefetchSongBytes(path, prefetched));
-    EXPECT_EQ(prefetched.head.size(), 4298u);
+    const PrefetchedBytes prefetched = HeadAndTail(path);
     std::filesystem::remove(path);
     const SongInfo song =
-        ReadSongFromDisk(path, prefetched.status, Options(true, true), &prefetched);
+        SongReader(Options(true, true)).Read(path, FileAtHand(prefetched.status, &prefetched));
     EXPECT_EQ(song.Title, "Prefetched");
-    EXPECT_FALSE(PrefetchSongBytes(path, prefetched));
 }
 
-TEST(ReadSongFromDisk, AStalePrefetchIsNotUsed) {
+TEST(SongReader, AStalePrefetchIsNotUsed) {
     test::TempFolder folder;
     const std::string path = folder.Write("stale.mp3", Bytes(400) + Id3v1("Old"));
-    PrefetchedBytes prefetched;
-    ASSERT_TRUE(PrefetchSongBytes(path, prefetched));
+    const PrefetchedBytes prefetched = HeadAndTail(path);
     folder.Write("stale.mp3", Bytes(500) + Id3v1("New"));
-    const SongInfo song = ReadSongFromDisk(path, StatPath(path), Options(true, true), &prefetched);
-    EXPECT_EQ(song.Title, "New");
+    EXPECT_EQ(ReadFromDisk(path, Options(true, true), &prefetched).Title, "New");
 }
 
-// How many reads a file costs from a cold start, with the blocks ReadSongFromDisk reads first.
-int ReadsFor(const std::string& path, const SongReadOptions& options) {
+// How many reads a file costs from a cold start, with the blocks a SongReader reads first, and
+// how many bytes they read.
+struct ReadCost {
+    int reads = 0;
+    std::int64_t bytes = 0;
+};
+
+ReadCost CostOf(const std::string& path, const SongReadOptions& options) {
     FileSourceBuffers buffers;
     FileByteSource source(path, StatPath(path).size, buffers);
     PreloadSongBlocks(source, HeadBlockBytesFor(options));
     EXPECT_TRUE(ReadSongBytes(source, options).Ok());
-    return source.ReadCount();
+    return {source.ReadCount(), source.BytesRead()};
+}
+
+int ReadsFor(const std::string& path, const SongReadOptions& options) {
+    return CostOf(path, options).reads;
 }
 
 TEST(FileByteSource, ReadsAHeadAndATailBlock) {
@@ -156,12 +190,17 @@ TEST(FileByteSource, ReadsAHeadAndATailBlock) {
     EXPECT_EQ(ReadsFor(plain, Options(false, false)), 2);
     const std::string small = folder.Write("small.mp3", Repeat(test::Mp3Frame128(), 5));
     EXPECT_EQ(ReadsFor(small, Options(true, true)), 1);
-    // A 100 KB picture ahead of the audio: the head grows once to cover the tag and sync.
+    // A 100 KB picture ahead of the text: it is read past, not read; the frames behind it and
+    // the audio behind the tag cost a block each.
     const std::string picture = test::Frame23("APIC", Bytes(100000, 'p'));
     const std::string title = test::Frame23("TIT2", std::string(1, '\0') + "Pictured");
     const std::string tagged =
         folder.Write("tagged.mp3", test::Id3v2Tag(3, picture + title, 2000) + audio + Id3v1(""));
-    EXPECT_EQ(ReadsFor(tagged, Options(true, true)), 3);
+    const ReadCost pictured = CostOf(tagged, Options(true, true));
+    EXPECT_EQ(pictured.reads, 4);
+    EXPECT_LE(pictured.bytes, 4096 + 512 + 2 * 4096);
+    SongReader reader(Options(true, true));
+    EXPECT_EQ(reader.Read(tagged, FileAtHand(StatPath(tagged))).Title, "Pictured");
     // A long Lyrics3 block takes one more read at the tail.
     const std::string lyrics = test::Lyrics3({{"LYR", Bytes(5000, 'l')}, {"ETT", "x"}});
     const std::string withLyrics = folder.Write("lyrics.mp3", audio + lyrics + Id3v1("x"));

@@ -43,8 +43,9 @@ TEST(CachedSongSource, ASecondOpeningFindsEverySongInTheCache) {
     SongCache cache;
     std::int32_t lookups = 0;
     std::int32_t hits = 0;
-    SongLookupContext ctx{cache, lookups, hits, {}, [] { return std::string("20240101120000"); }};
-    const SongSource source = CachedSongSource(ctx);
+    SongLookup lookup(cache, {lookups, hits});
+    lookup.now = [] { return std::string("20240101120000"); };
+    const SongSource source = CachedSongSource(lookup);
 
     RowList rows;
     ASSERT_TRUE(OpenListNow(dir / "lists/all.m3u", rows, source, 0).Ok());
@@ -108,14 +109,16 @@ TEST(CachedSongSource, ReadsAsLookupsOneByOneWhenNamesRepeatAcrossFolders) {
         SongCache cache;
         std::int32_t lookups = 0;
         std::int32_t hits = 0;
-        SongLookupContext ctx{
-            cache, lookups, hits, {}, [] { return std::string("20240101120000"); }};
+        SongLookup lookup{cache, {lookups, hits}};
+        Reader() {
+            lookup.now = [] { return std::string("20240101120000"); };
+        }
     };
     Reader ahead;
     Reader oneByOne;
-    const SongSource readAhead = CachedSongSource(ahead.ctx);
-    const SongSource plain = [&oneByOne](std::string& path) {
-        return GetSongInfo(path, false, oneByOne.ctx);
+    const SongSource readAhead = CachedSongSource(ahead.lookup);
+    const SongSource plain = [&oneByOne](std::string_view path) {
+        return GetSongInfo(path, oneByOne.lookup);
     };
     for (int opening = 0; opening < 2; ++opening) {
         RowList aheadRows;

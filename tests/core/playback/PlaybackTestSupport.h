@@ -21,7 +21,7 @@ public:
     std::string operator/(std::string_view name) const { return File(name); }
 };
 
-// Songs by path; any other path is a file that doesn't exist. Paths are trimmed in place, as
+// Songs by path; any other path is a file that doesn't exist. Paths are trimmed, as
 // GetSongInfo trims them.
 class FakeSongs {
 public:
@@ -34,10 +34,9 @@ public:
         return song;
     }
     SongSource Source() {
-        return [this](std::string& path) {
+        return [this](std::string_view path) {
             ++m_lookups;
-            path = std::string(Trim(path));
-            const auto found = m_songs.find(path);
+            const auto found = m_songs.find(std::string(Trim(path)));
             return found == m_songs.end() ? NonExistantSong() : found->second;
         };
     }

@@ -1,0 +1,92 @@
+#include "listing/AheadFiles.h"
+
+#include <algorithm>
+#include <span>
+
+namespace jk {
+namespace {
+
+std::span<std::uint8_t> Bytes(std::vector<std::uint8_t>& buffer) {
+    return {buffer.data(), buffer.size()};
+}
+
+void StatusOnly(const FileStatus& status, PrefetchedBytes& bytes) {
+    bytes.status = status;
+    bytes.head.clear();
+    bytes.tail.clear();
+    bytes.tailOffset = 0;
+}
+
+}  // namespace
+
+void ReadSongBlocks(const ReadFile& file, PrefetchedBytes& bytes) {
+    const std::int64_t size = bytes.status.size;
+    file.ReadsAtRandom();
+    const std::int64_t firstBytes = std::min<std::int64_t>(size, kHeadBlockBytes);
+    // The tail is asked for first, so that the disk brings it while the head is read.
+    const std::int64_t tailGuess = std::min<std::int64_t>(size - firstBytes, kTailBlockBytes);
+    file.WillNeed(size - tailGuess, tailGuess);
+    // (The buffers are not emptied first: a read fills them to their new length.)
+    bytes.head.resize(static_cast<std::size_t>(firstBytes));
+    bool headRead = file.ReadAt(0, Bytes(bytes.head)) == firstBytes;
+    if (headRead) {
+        const std::int64_t wanted = HeadBytesWanted(ByteView(bytes.head), size);
+        if (wanted > firstBytes) {
+            bytes.head.resize(static_cast<std::size_t>(wanted));
+            headRead =
+                file.ReadAt(firstBytes,
+                            Bytes(bytes.head).subspan(static_cast<std::size_t>(firstBytes))) ==
+                wanted - firstBytes;
+        }
+    }
+    if (!headRead) {
+        bytes.head.clear();
+    }
+    const auto headEnd = static_cast<std::int64_t>(bytes.head.size());
+    const std::int64_t tailBytes = std::min<std::int64_t>(size - headEnd, kTailBlockBytes);
+    bytes.tailOffset = size - tailBytes;
+    bytes.tail.resize(static_cast<std::size_t>(tailBytes));
+    if (file.ReadAt(bytes.tailOffset, Bytes(bytes.tail)) != tailBytes) {
+        bytes.tail.clear();
+        bytes.tailOffset = size;
+    }
+}
+
+const FolderHandle* DiskAheadFiles::Place(std::string_view path) {
+    const std::size_t slash = path.find_last_of('/');
+    if (slash == std::string_view::npos || slash == 0) {
+        m_name.assign(path);
+        return nullptr;
+    }
+    const std::string_view folder = path.substr(0, slash);
+    if (folder != m_folderPath || !m_folder.IsOpen()) {
+        m_folderPath.assign(folder);
+        m_folder = FolderHandle(m_folderPath);
+    }
+    m_name.assign(m_folder.IsOpen() ? path.substr(slash + 1) : path);
+    return m_folder.IsOpen() ? &m_folder : nullptr;
+}
+
+FileStatus DiskAheadFiles::Stat(std::string_view path) {
+    const FolderHandle* folder = Place(path);
+    return folder != nullptr ? folder->StatAt(m_name) : StatPath(m_name);
+}
+
+void DiskAheadFiles::ReadHeadAndTail(std::string_view path, PrefetchedBytes& bytes) {
+    const FolderHandle* folder = Place(path);
+    const ReadFile file = folder != nullptr ? ReadFile(*folder, m_name) : ReadFile(m_name);
+    if (!file.IsOpen()) {
+        // It may exist and refuse to be read.
+        StatusOnly(folder != nullptr ? folder->StatAt(m_name) : StatPath(m_name), bytes);
+        return;
+    }
+    const FileStatus status = file.Status();
+    if (!status.isRegular || status.size < kSmallestSongFile) {
+        StatusOnly(status, bytes);  // the reader reads nothing of it
+        return;
+    }
+    bytes.status = status;
+    ReadSongBlocks(file, bytes);
+}
+
+}  // namespace jk

@@ -1,0 +1,57 @@
+#pragma once
+
+// Where a read-ahead takes the files it looks at: the file system, or in tests a source that is
+// slow, makes a read wait for the disk, or loses a file on the way. Each thread that reads ahead
+// has a source of its own, so a source keeps what it likes between files without a lock.
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "metadata/SongFileReader.h"
+#include "util/FileIo.h"
+
+namespace jk {
+
+class AheadFiles {
+public:
+    virtual ~AheadFiles() = default;
+    // The status of the file at `path`, links followed.
+    virtual FileStatus Stat(std::string_view path) = 0;
+    // Fills `bytes` with the file's status and, for a regular file of song size, the head and
+    // tail blocks a song reader takes first (HeadBytesWanted and kTailBlockBytes). A file that
+    // can't be opened leaves the blocks empty and its status as Stat gives it; a block that
+    // can't be read whole is left empty.
+    virtual void ReadHeadAndTail(std::string_view path, PrefetchedBytes& bytes) = 0;
+};
+
+// Makes a source for one thread.
+using AheadFilesMaker = std::function<std::unique_ptr<AheadFiles>()>;
+
+// The file system's files. The folder looked at last is held open, so the files of a folder
+// are looked up by their names alone; a folder renamed while a walk is in it keeps giving its
+// files under the names the walk knows them by, as its listing already did. Files opened for
+// their head and tail are marked as read at random places, so the system reads no more of them
+// than the blocks asked for, and the tail is asked for before the head is read, so that the disk
+// brings both at once.
+class DiskAheadFiles final : public AheadFiles {
+public:
+    FileStatus Stat(std::string_view path) override;
+    void ReadHeadAndTail(std::string_view path, PrefetchedBytes& bytes) override;
+
+private:
+    // Points m_name at `path` as the held folder knows it; the folder, or null when `path` is
+    // to be taken whole.
+    const FolderHandle* Place(std::string_view path);
+
+    std::string m_folderPath;
+    FolderHandle m_folder;
+    std::string m_name;
+};
+
+// The head and tail of an open file into `bytes`, as ReadHeadAndTail gives them; its status is
+// in bytes.status already.
+void ReadSongBlocks(const ReadFile& file, PrefetchedBytes& bytes);
+
+}  // namespace jk
