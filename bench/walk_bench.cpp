@@ -2,11 +2,9 @@
 // file) and a bare walk that stats each file; then a list of 10,000 lines opened through the warm
 // song cache and saved, and the shuffles. All in one run.
 //
-//   walk_bench COLLECTION [--no-cold] [--threads N] [--list-only] [--read-ahead-designs]
+//   walk_bench COLLECTION [--no-cold] [--threads N] [--list-only]
 //
 // --list-only warms the song cache with one walk and times only the list (for profiling).
-// --read-ahead-designs times only the two designs of the read-ahead against each other, in
-// turns, page cache warm and dropped.
 
 #include <sys/stat.h>
 
@@ -54,14 +52,12 @@ struct Ours {
     Ours() { lookup.Options().volumeLabel = jk::MakeVolumeLabelLookup(); }
 };
 
-std::size_t RecurseInto(Ours& ours, const std::string& root, jk::RowList& rows, int threads,
-                        bool intricate = false) {
+std::size_t RecurseInto(Ours& ours, const std::string& root, jk::RowList& rows, int threads) {
     jk::PosixFolderLister lister;
     jk::ScanSetup setup;
     setup.Lister = &lister;
     setup.Lookup = &ours.lookup;
     setup.ReadAheadThreads = threads;
-    setup.IntricateReadAhead = intricate;
     return jk::RecurseDirReal(root, rows, setup).Added;
 }
 
@@ -99,53 +95,6 @@ void ColdLine(const char* name, std::size_t files, const ColdPass& pass, double 
                 pass.processMB.c_str());
 }
 
-// The two designs of the read-ahead, in turns: the walk of an empty song cache, page cache
-// warm (best of five) and dropped (best of three), with the bytes read.
-void CompareReadAheadDesigns(const std::string& root, const std::vector<std::string>& files,
-                             int threads) {
-    const char* const names[2] = {"pool and ordered queue (ReadAhead.h)",
-                                  "slot states and spins (IntricateReadAhead.h)"};
-    double warm[2] = {1e9, 1e9};
-    std::size_t added = 0;
-    for (int round = 0; round < 5; ++round) {
-        for (int design = 0; design < 2; ++design) {
-            Ours ours;
-            jk::RowList rows;
-            warm[design] = std::min(warm[design], Seconds([&] {
-                                        added = RecurseInto(ours, root, rows, threads, design == 1);
-                                    }));
-        }
-    }
-    ColdPass cold[2];
-    std::string how;
-    for (int round = 0; round < 3; ++round) {
-        for (int design = 0; design < 2; ++design) {
-            Ours ours;
-            jk::RowList rows;
-            const ColdPass pass = TimeCold(root, files, how, [&] {
-                added = RecurseInto(ours, root, rows, threads, design == 1);
-            });
-            if (round == 0 || pass.seconds < cold[design].seconds) {
-                cold[design] = pass;
-            }
-        }
-    }
-    const double reference = static_cast<double>(added) / warm[0];
-    Heading("read-ahead designs, song cache empty, page cache warm (best of 5, in turns)");
-    for (int design = 0; design < 2; ++design) {
-        Line(names[design], added, warm[design], reference);
-    }
-    const double coldReference = static_cast<double>(added) / cold[0].seconds;
-    std::printf(
-        "\nread-ahead designs, song cache empty, %s (best of 3, in turns)\n  %-44s %10s "
-        "%9s %8s %9s %9s\n",
-        how.c_str(), "", "files/s", "seconds", "ratio", "MB device", "MB ours");
-    for (int design = 0; design < 2; ++design) {
-        ColdLine(names[design], added, cold[design], coldReference);
-    }
-    std::printf("  (ratios against the pool and queue)\n");
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -157,7 +106,6 @@ int main(int argc, char** argv) {
     const std::string root = argv[1];
     bool cold = true;
     bool listOnly = false;
-    bool designs = false;
     int threads = jk::kDefaultReadAheadThreads;
     for (int i = 2; i < argc; ++i) {
         if (std::strcmp(argv[i], "--no-cold") == 0) {
@@ -167,17 +115,11 @@ int main(int argc, char** argv) {
             cold = false;
         } else if (std::strcmp(argv[i], "--threads") == 0 && i + 1 < argc) {
             threads = std::atoi(argv[++i]);
-        } else if (std::strcmp(argv[i], "--read-ahead-designs") == 0) {
-            designs = true;
         }
     }
     const std::vector<std::string> files = jkbench::CollectSongs(root);
     std::printf("collection: %s, %zu songs; read-ahead threads: %d\nmachine: %s\n", root.c_str(),
                 files.size(), threads, jkbench::MachineNote(root).c_str());
-    if (designs) {
-        CompareReadAheadDesigns(root, files, threads);
-        return 0;
-    }
 
     const auto tagLib = [](const std::string& path) {
         TagLib::FileRef file(path.c_str(), true, TagLib::AudioProperties::Fast);

@@ -1,19 +1,16 @@
 #include "browse/FolderScan.h"
 
-#include <memory>
 #include <utility>
 #include <vector>
 
 #include "browse/FolderEntries.h"
-#include "listing/IntricateReadAhead.h"
 #include "listing/WalkRules.h"
 #include "util/PathHelpers.h"
 
 namespace jk {
 namespace {
 
-std::unique_ptr<SongScanner> MakeScanner(RowList& rows, const ScanSetup& setup,
-                                         std::size_t& added) {
+ReadAheadScanner MakeScanner(RowList& rows, const ScanSetup& setup, std::size_t& added) {
     SongLookup& lookup = *setup.Lookup;
     SongConsumer consume = [&rows, &setup, &added, &lookup](std::string& path,
                                                             const PrefetchedBytes* prefetched) {
@@ -22,12 +19,8 @@ std::unique_ptr<SongScanner> MakeScanner(RowList& rows, const ScanSetup& setup,
         }
     };
     CacheStampLookup stamps = [&lookup](std::string_view path) { return lookup.StampAhead(path); };
-    if (setup.IntricateReadAhead) {
-        return std::make_unique<IntricateReadAheadScanner>(
-            setup.FilterMode, std::move(consume), std::move(stamps), setup.ReadAheadThreads);
-    }
-    return std::make_unique<ReadAheadScanner>(setup.FilterMode, std::move(consume),
-                                              std::move(stamps), setup.ReadAheadThreads);
+    return ReadAheadScanner(setup.FilterMode, std::move(consume), std::move(stamps),
+                            setup.ReadAheadThreads);
 }
 
 }  // namespace
@@ -41,13 +34,13 @@ ScanResult GetFolderNow(std::string& path, RowList& rows, const ScanSetup& setup
     if (files.empty() || IsSystemFolder(path)) {
         return result;
     }
-    const std::unique_ptr<SongScanner> scanner = MakeScanner(rows, setup, result.Added);
+    ReadAheadScanner scanner = MakeScanner(rows, setup, result.Added);
     const std::string status = ScanStatusText(LastFolder(path), files.size());
     for (const std::string& name : files) {
-        scanner->Announce(path + name);
+        scanner.Announce(path + name);
     }
     for (std::size_t i = 1; i <= files.size(); ++i) {
-        scanner->ScanNext();
+        scanner.ScanNext();
         if (setup.Progress &&
             !setup.Progress(
                 ScanProgress{status, ScanProgressValue(i, files.size()), kScanProgressMaximum})) {
@@ -55,15 +48,15 @@ ScanResult GetFolderNow(std::string& path, RowList& rows, const ScanSetup& setup
             break;
         }
     }
-    scanner->DropAnnounced();
+    scanner.DropAnnounced();
     return result;
 }
 
 ScanResult RecurseDirReal(const std::string& path, RowList& rows, const ScanSetup& setup,
                           bool stayOnFilesystem) {
     ScanResult result;
-    const std::unique_ptr<SongScanner> scanner = MakeScanner(rows, setup, result.Added);
-    FolderWalk walk(*setup.Lister, *scanner, setup.Progress, WalkOptions{setup.FilterMode, false});
+    ReadAheadScanner scanner = MakeScanner(rows, setup, result.Added);
+    FolderWalk walk(*setup.Lister, scanner, setup.Progress, WalkOptions{setup.FilterMode, false});
     walk.Walk(path, stayOnFilesystem);
     result.Aborted = walk.Cancelled();
     return result;
@@ -71,8 +64,8 @@ ScanResult RecurseDirReal(const std::string& path, RowList& rows, const ScanSetu
 
 ScanResult RecurseTotal(const DriveList& drives, RowList& rows, const ScanSetup& setup) {
     ScanResult result;
-    const std::unique_ptr<SongScanner> scanner = MakeScanner(rows, setup, result.Added);
-    FolderWalk walk(*setup.Lister, *scanner, setup.Progress, WalkOptions{setup.FilterMode, true});
+    ReadAheadScanner scanner = MakeScanner(rows, setup, result.Added);
+    FolderWalk walk(*setup.Lister, scanner, setup.Progress, WalkOptions{setup.FilterMode, true});
     for (const DriveRoot& drive : drives) {
         if (walk.Cancelled()) {
             break;

@@ -29,7 +29,6 @@ struct ScanSetup {
     SongLookup* Lookup = nullptr;
     ScanProgressFn Progress;  // optional; false stops the scan
     int ReadAheadThreads = kDefaultReadAheadThreads;
-    bool IntricateReadAhead = false;  // the read-ahead of before, for one measurement
 };
 
 struct ScanResult {
