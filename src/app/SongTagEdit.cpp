@@ -4,20 +4,6 @@
 
 namespace jk {
 
-void StripTrackSuffix(SongInfo& song) {
-    if (song.Track <= 0) {
-        return;
-    }
-    const std::string number = FormatZeroPadded(song.Track, 2);
-    const std::string suffix = " - " + number;
-    if (EndsWith(song.Album, suffix)) {
-        song.Album.resize(song.Album.size() - suffix.size());
-    } else if (song.Album == "- " + number) {
-        // The whole album is the track, as a plain ID3v1.0 tag holds it.
-        song.Album.clear();
-    }
-}
-
 SongInfo EditedSong(SongInfo song, const TagChanges& changes) {
     StripTrackSuffix(song);
     const auto apply = [](std::string& field, const std::optional<std::string>& change) {

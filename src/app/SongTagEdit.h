@@ -10,6 +10,7 @@
 
 #include "metadata/SongInfo.h"
 #include "metadata/TagWriter.h"
+#include "metadata/TrackSuffix.h"
 
 namespace jk {
 
@@ -25,11 +26,6 @@ struct TagChanges {
 
     bool Any() const { return Title || Artist || Album || Year || Comment || Genre || Track; }
 };
-
-// Takes the " - NN" of the song's Track (above 0) off the end of Album, and empties an Album
-// that is only "- NN", so that writing the record back (with the track in its own byte) does
-// not store the number in Album a second time.
-void StripTrackSuffix(SongInfo& song);
 
 // The record to write: the suffix stripped, then the changes applied.
 SongInfo EditedSong(SongInfo song, const TagChanges& changes);

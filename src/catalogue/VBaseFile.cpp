@@ -6,6 +6,7 @@
 #include "catalogue/OlderVBaseForms.h"
 #include "catalogue/SongCache.h"
 #include "catalogue/VBaseFormat.h"
+#include "metadata/TrackSuffix.h"
 #include "util/PathHelpers.h"
 #include "util/Text.h"
 #include "util/Utf8.h"
@@ -140,7 +141,9 @@ bool LoadFile(const std::string& path, RecordSink& sink, const VolumesLoader& vo
 }
 
 std::string WithTrackSuffix(std::string_view album, std::int16_t track) {
-    return std::string(RTrim(album)).append(" - ").append(FormatZeroPadded(track, 2));
+    std::string out(album);
+    AppendTrackSuffix(out, track);
+    return out;
 }
 
 void KeepDamagedCopy(const std::string& path, const std::string& copyPath) {

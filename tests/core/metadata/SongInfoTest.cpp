@@ -1,5 +1,7 @@
 #include "metadata/SongInfo.h"
 
+#include "metadata/TrackSuffix.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -28,6 +30,7 @@ TEST(ApplyTrackSuffix, AddsTheSuffixOrTakesTheTrackBackFromIt) {
              {"Tape - 4b", 0, "Tape - 4b", 4},
              {"abc", 0, "abc", 0},
              {"\xC3\xA9t\xC3\xA9 - 09", 0, "\xC3\xA9t\xC3\xA9 - 09", 9},
+             {"Long", 123, "Long - 123", 123},
          }) {
         SongInfo song;
         song.Album = c.album;
@@ -35,6 +38,22 @@ TEST(ApplyTrackSuffix, AddsTheSuffixOrTakesTheTrackBackFromIt) {
         ApplyTrackSuffix(song);
         EXPECT_EQ(song.Album, c.albumAfter) << c.album;
         EXPECT_EQ(song.Track, c.trackAfter) << c.album;
+    }
+}
+
+// What a save appends, a later read takes back and an edit takes off again.
+TEST(TrackSuffix, SavedSuffixReadsBackAndStripsOff) {
+    for (const std::int16_t track : {std::int16_t{1}, std::int16_t{9}, std::int16_t{42},
+                                     std::int16_t{100}, std::int16_t{255}}) {
+        SongInfo song;
+        song.Album = "Songs  ";
+        AppendTrackSuffix(song.Album, track);
+        SongInfo read = song;
+        ApplyTrackSuffix(read);
+        EXPECT_EQ(read.Track, track < 100 ? track : 0) << track;
+        song.Track = track;
+        StripTrackSuffix(song);
+        EXPECT_EQ(song.Album, "Songs") << track;
     }
 }
 
