@@ -69,6 +69,25 @@ std::string DropPageCache(const std::vector<std::string>& files) {
     return "file pages dropped (posix_fadvise; folder metadata stays cached)";
 }
 
+std::size_t ReadFloor(const std::string& path) {
+    struct stat st {};
+    if (::stat(path.c_str(), &st) != 0) {
+        return 0;
+    }
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) {
+        return 0;
+    }
+    char head[4096];
+    char tail[256];
+    std::size_t got = 0;
+    got += static_cast<std::size_t>(std::max<ssize_t>(::pread(fd, head, sizeof head, 0), 0));
+    const off_t at = st.st_size > 256 ? st.st_size - 256 : 0;
+    got += static_cast<std::size_t>(std::max<ssize_t>(::pread(fd, tail, sizeof tail, at), 0));
+    ::close(fd);
+    return got;
+}
+
 void WalkSongs(const std::string& folder, const std::function<void(const std::string&)>& onSong) {
     DIR* dir = opendir(folder.c_str());
     if (dir == nullptr) {
@@ -94,26 +113,6 @@ void WalkSongs(const std::string& folder, const std::function<void(const std::st
     }
 }
 
-std::size_t ReadFloor(const std::string& path) {
-    struct stat st {};
-    if (::stat(path.c_str(), &st) != 0) {
-        return 0;
-    }
-    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0) {
-        return 0;
-    }
-    char head[4096];
-    char tail[256];
-    std::size_t got = 0;
-    got += static_cast<std::size_t>(std::max<ssize_t>(::pread(fd, head, sizeof head, 0), 0));
-    const off_t at = st.st_size > 256 ? st.st_size - 256 : 0;
-    got += static_cast<std::size_t>(std::max<ssize_t>(::pread(fd, tail, sizeof tail, at), 0));
-    ::close(fd);
-    return got;
-}
-
-namespace {
 
 double CpuSeconds() {
     rusage usage{};
@@ -123,6 +122,7 @@ double CpuSeconds() {
     };
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
+
 
 PassResult TimePass(const std::vector<std::string>& files,
                     const std::function<void(const std::string&)>& work) {

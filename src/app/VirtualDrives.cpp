@@ -33,20 +33,19 @@ void RecordDisc(Session& session, const std::string& name, const std::string& st
 
 // RecurseVirtual into a scratch volume, with the cache frozen and trimmed after.
 CatalogueScanResult ScanInto(Session& session, FolderLister& lister, const std::string& start,
-                             const std::string& name, bool noCache, VirtualFront& front,
-                             VirtualVolume& scratch) {
+                             bool noCache, VirtualFront& front, VirtualVolume& scratch) {
     front.SetStatus(kCreatingVirtualStatus);
     session.CacheFrozen = 1;
-    SongLookupContext lookup = MakeSongLookupContext(session);
+    SongLookup lookup = MakeSongLookup(session);
+    lookup.noCache = noCache;
     CatalogueScanSetup setup;
     setup.Lister = &lister;
     setup.Lookup = &lookup;
     setup.FilterMode = session.Settings.FilterMode;
-    setup.NoCache = noCache;
     setup.Progress = [&front](std::string_view caption, int value, int maximum) {
         return front.Progress(caption, value, maximum);
     };
-    const CatalogueScanResult result = RecurseVirtual(start, name, scratch, setup);
+    const CatalogueScanResult result = RecurseVirtual(start, scratch, setup);
     front.Progress(kAddingVolumeCaption, 0, 0);
     return result;
 }
@@ -117,8 +116,7 @@ ScanOutcome CreateVirtualDrive(Session& session, FolderLister& lister, const std
                                const std::string& name, bool noCache, VirtualFront& front) {
     ScanOutcome outcome;
     VirtualVolume scratch(name);
-    const CatalogueScanResult scan =
-        ScanInto(session, lister, start, name, noCache, front, scratch);
+    const CatalogueScanResult scan = ScanInto(session, lister, start, noCache, front, scratch);
     outcome.aborted = scan.Aborted;
     outcome.cutShort = scan.CutShort;
     outcome.songs = scan.Songs;
@@ -149,7 +147,7 @@ ScanOutcome VirtualUpdate(Session& session, FolderLister& lister, const std::str
         WipeVolume(session.Virtual.Volumes, name);
     }
     VirtualVolume scratch(name);
-    const CatalogueScanResult scan = ScanInto(session, lister, path, name, noCache, front, scratch);
+    const CatalogueScanResult scan = ScanInto(session, lister, path, noCache, front, scratch);
     outcome.aborted = scan.Aborted;
     outcome.cutShort = scan.CutShort;
     outcome.songs = scan.Songs;

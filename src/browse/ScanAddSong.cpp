@@ -18,6 +18,12 @@ std::string NameAsTitle(std::string_view path) {
 }  // namespace
 
 ListRow FilesPaneRow(const SongInfo& song) {
+    return FilesPaneRow(SongRowTexts{song.Title, song.Artist, song.Album, song.Year, song.Genre,
+                                     song.Time, song.Bitrate, song.Path, song.Comment, song.Size,
+                                     song.Date, song.Volume});
+}
+
+ListRow FilesPaneRow(const SongRowTexts& song) {
     const std::string_view title = Trim(song.Title);
     const std::string nameTitle = title.empty() ? NameAsTitle(song.Path) : std::string();
     std::string bitrate(song.Bitrate);

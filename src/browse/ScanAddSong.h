@@ -12,8 +12,14 @@
 
 namespace jk {
 
-// The files pane's row of a song that exists, as a lookup gives it (its Path the trimmed path
-// it was looked up under).
+// The texts a files pane's row is made of, borrowed from a record or a catalogued song.
+struct SongRowTexts {
+    std::string_view Title, Artist, Album, Year, Genre, Time, Bitrate, Path, Comment, Size, Date,
+        Volume;
+};
+
+// The files pane's row of a song that exists (Path the trimmed path it was looked up under).
+ListRow FilesPaneRow(const SongRowTexts& song);
 ListRow FilesPaneRow(const SongInfo& song);
 
 // Filters `path`, looks the song up (GetSongInfo without NoCache) and appends its row to

@@ -34,21 +34,20 @@ ListRow VirtualSongRow(const VirtualVolume& volume, std::size_t i, bool exactTim
     std::string stored(fields[kKeyTime - 1]);
     std::erase(stored, ':');
     const std::string time = ShownTime(stored, exactTimes);
-    SongView view;
-    view.Title = fields[kKeyTitle - 1];
-    view.Artist = fields[kKeyArtist - 1];
-    view.Album = fields[kKeyAlbum - 1];
-    view.Year = fields[kKeyYear - 1];
-    view.Genre = fields[kKeyGenre - 1];
-    view.Time = time;
-    view.Bitrate = fields[kKeyBitrate - 1];
-    view.Path = fields[kKeyPath - 1];
-    view.Comment = fields[kKeyComment - 1];
-    view.Size = fields[kKeySize - 1];
-    view.Volume = fields[kKeyVolume - 1];
-    view.Date = fields[kKeyDate - 1];
-    view.LastUsed = fields[kKeyLastUsed - 1];
-    return FilesPaneRow(view, fields[kKeyPath - 1]);
+    SongRowTexts texts;
+    texts.Title = fields[kKeyTitle - 1];
+    texts.Artist = fields[kKeyArtist - 1];
+    texts.Album = fields[kKeyAlbum - 1];
+    texts.Year = fields[kKeyYear - 1];
+    texts.Genre = fields[kKeyGenre - 1];
+    texts.Time = time;
+    texts.Bitrate = fields[kKeyBitrate - 1];
+    texts.Path = fields[kKeyPath - 1];
+    texts.Comment = fields[kKeyComment - 1];
+    texts.Size = fields[kKeySize - 1];
+    texts.Date = fields[kKeyDate - 1];
+    texts.Volume = fields[kKeyVolume - 1];
+    return FilesPaneRow(texts);
 }
 
 std::size_t GetVirtualFolder(const VolumeTable& table, std::string_view key, RowList& rows,

@@ -9,8 +9,8 @@
 
 namespace jk {
 
-CatalogueScanResult RecurseVirtual(const std::string& start, const std::string& volumeName,
-                                   VirtualVolume& scratch, const CatalogueScanSetup& setup) {
+CatalogueScanResult RecurseVirtual(const std::string& start, VirtualVolume& scratch,
+                                   const CatalogueScanSetup& setup) {
     CatalogueScanResult result;
     std::string caption;
     std::string captionFolder;
@@ -24,22 +24,15 @@ CatalogueScanResult RecurseVirtual(const std::string& start, const std::string& 
             captionFolder = std::string(folder);
             caption = "Scanning " + captionFolder;
         }
-        SongInfo song = GetSongInfo(path, setup.NoCache, *setup.Lookup, prefetched);
+        const SongInfo& song = LendSongInfo(path, *setup.Lookup, prefetched);
         if (IsNonExistant(song)) {
             return;
         }
-        song.Volume = volumeName;
         scratch.Append(song);
         ++result.Songs;
     };
-    CacheStampLookup stamps = [&setup](std::string_view path) -> std::optional<std::string> {
-        thread_local std::string key;
-        CacheKeyInto(path, key);
-        const std::int64_t index = CacheFind(setup.Lookup->cache, key);
-        if (index < 1) {
-            return std::nullopt;
-        }
-        return std::string(setup.Lookup->cache.DateOf(index));
+    CacheStampLookup stamps = [&setup](std::string_view path) {
+        return setup.Lookup->StampAhead(path);
     };
     ReadAheadScanner scanner(setup.FilterMode, std::move(consume), std::move(stamps),
                              setup.ReadAheadThreads);

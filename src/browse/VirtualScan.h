@@ -23,9 +23,8 @@ using CatalogueProgress = std::function<bool(std::string_view caption, int value
 
 struct CatalogueScanSetup {
     FolderLister* Lister = nullptr;
-    SongLookupContext* Lookup = nullptr;
+    SongLookup* Lookup = nullptr;  // its noCache is VirtualNoCache's
     int FilterMode = 0;
-    bool NoCache = false;  // VirtualNoCache: the songs read are not added to the song cache
     CatalogueProgress Progress;
     int ReadAheadThreads = kDefaultReadAheadThreads;
 };
@@ -36,8 +35,9 @@ struct CatalogueScanResult {
     bool CutShort = false;  // aborted, or the start folder could no longer be read at the end
 };
 
-// Walks `start` and appends each song, its Volume set to `volumeName`, to `scratch`.
-CatalogueScanResult RecurseVirtual(const std::string& start, const std::string& volumeName,
-                                   VirtualVolume& scratch, const CatalogueScanSetup& setup);
+// Walks `start` and appends each song to `scratch` (the volume holds its name once, not each
+// song).
+CatalogueScanResult RecurseVirtual(const std::string& start, VirtualVolume& scratch,
+                                   const CatalogueScanSetup& setup);
 
 }  // namespace jk

@@ -13,8 +13,8 @@
 #include "app/cli/CommandOutput.h"
 #include "app/cli/ProgressLine.h"
 #include "app/cli/SongLookupRun.h"
-#include "browse/CacheScan.h"
 #include "browse/FolderScan.h"
+#include "browse/ScanAddSong.h"
 #include "platform/DirectoryListing.h"
 #include "playback/CachedSongSource.h"
 #include "playback/ListReading.h"
@@ -27,7 +27,7 @@ namespace {
 
 // The rows one PATH names: a folder's songs as the files pane lists them, the lines of a list
 // file, or a song. False (the user told) when it names nothing that plays.
-bool AddRows(Session& session, const std::string& path, SongLookupContext& lookup,
+bool AddRows(Session& session, const std::string& path, SongLookup& lookup,
              const ScanSetup& walk, RowList& rows) {
     const FileStatus file = StatPath(path);
     if (!file.exists) {
@@ -90,17 +90,20 @@ int RunPlay(CliContext& context, std::span<const std::string> args) {
 
     SongLookupRun run(context, false);
     Session& session = run.TheSession();
-    SongLookupContext& lookup = run.Lookup();
+    SongLookup& lookup = run.Lookup();
     RowList rows;
     bool allFound = true;
     {
         PosixFolderLister lister;
         ProgressLine status;
-        const ScanSetup walk = CacheScanSetup(lookup, lister, session.Settings.FilterMode,
-                                              [&status](const ScanProgress& step) {
-                                                  status.Show(step.Status);
-                                                  return true;
-                                              });
+        ScanSetup walk;
+        walk.Lister = &lister;
+        walk.FilterMode = session.Settings.FilterMode;
+        walk.Lookup = &lookup;
+        walk.Progress = [&status](const ScanProgress& step) {
+            status.Show(step.Status);
+            return true;
+        };
         for (const std::string& operand : parsed.operands) {
             allFound = AddRows(session, FullPathOf(operand), lookup, walk, rows) && allFound;
         }
