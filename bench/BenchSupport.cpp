@@ -113,7 +113,6 @@ void WalkSongs(const std::string& folder, const std::function<void(const std::st
     }
 }
 
-
 double CpuSeconds() {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
@@ -122,7 +121,6 @@ double CpuSeconds() {
     };
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
-
 
 PassResult TimePass(const std::vector<std::string>& files,
                     const std::function<void(const std::string&)>& work) {
