@@ -19,7 +19,9 @@ using TextList4 = std::array<std::string, 5>;      // keys 1..4
 using TextList10 = std::array<std::string, 11>;    // 1..10, of which keys 1..8 are stored
 using TextList15 = std::array<std::string, 16>;    // keys 1..15
 using TemplateList = std::array<std::string, 20>;  // keys 0..19
-using ColumnWidths = std::array<double, 10>;       // keys 1..9, in twips
+// Keys 1..12, in twips, one for each column; the Windows program stored only 1..9, and a
+// settings file without the others reads 0, the default width.
+using ColumnWidths = std::array<double, 13>;
 
 struct Settings {
     // [INIexists]

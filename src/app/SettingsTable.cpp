@@ -47,7 +47,7 @@ public:
         }
     }
     void Widths(std::string_view prefix, ColumnWidths Settings::*member, std::uint8_t flags) {
-        for (int n = 1; n <= 9; ++n) {
+        for (int n = 1; n <= 12; ++n) {
             Add(kWindowPosition, std::string(prefix) + std::to_string(n), SettingKind::Twips,
                 member, static_cast<std::uint8_t>(n), 0, {}, flags);
         }

@@ -3,6 +3,8 @@
 // The main window's geometry between the settings (twips) and the screen (pixels): where a
 // saved window goes back, kept on the screen and at a usable size, and what is saved.
 
+#include <span>
+
 #include "app/Settings.h"
 
 namespace jk {
@@ -27,10 +29,20 @@ struct MinimumSize {
     int height = 240;
 };
 
-// The saved window, at least the minimum size, no larger than the screen, moved onto it.
+// A comfortable size for the main window on a screen: most of it, but no wider than a
+// music manager needs, and no smaller than the minimum where the screen has room.
+PixelRect DefaultWindowSize(const PixelRect& screen, MinimumSize minimum = {});
+
+// The saved window, no larger than its screen and moved onto it. A size that is zero, negative
+// or below the minimum (a settings file without the keys reads 0) gives the default size,
+// centred; a window that lies off every screen (a monitor since unplugged) is centred on the
+// first. `screens` are the available areas, the primary first.
+PixelRect PlaceSavedWindow(const Settings& settings, std::span<const PixelRect> screens,
+                           MinimumSize minimum = {});
 PixelRect PlaceSavedWindow(const Settings& settings, const PixelRect& screen,
                            MinimumSize minimum = {});
-// The saved size centred on the screen (a first run).
+// A first run: centred on the screen, at the saved size or the default size, whichever is
+// larger, so that all three panes have room.
 PixelRect CentreSavedWindow(const Settings& settings, const PixelRect& screen,
                             MinimumSize minimum = {});
 
