@@ -3,12 +3,14 @@
 // all under Qt's model checker.
 
 #include <array>
+#include <memory>
 #include <string>
 
 #include <QAbstractItemModelTester>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QHeaderView>
+#include <QMimeData>
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTest>
@@ -51,6 +53,7 @@ private Q_SLOTS:
     void selectedFlagIsReadAndWrittenThroughItsRoleOnly();
     void viewSelectionAndRowFlagsMapBothWays();
     void coreChangesReachTheViewUnderTheModelChecker();
+    void rowsDragOutAsFilesAndDropsGoToTheWindow();
     void grabShowsAPlaylistAsAUserSeesIt();
     void aHundredThousandRowsShowAtOnce();
 };
@@ -150,58 +153,94 @@ void PlaylistModelTest::coreChangesReachTheViewUnderTheModelChecker() {
     QTableView view;
     view.setModel(&model);
     view.show();
+    QSignalSpy aboutToInsert(&model, &PlaylistModel::rowsAboutToBeInserted);
     QSignalSpy inserted(&model, &PlaylistModel::rowsInserted);
+    QSignalSpy removed(&model, &PlaylistModel::rowsRemoved);
     QSignalSpy reset(&model, &PlaylistModel::modelReset);
+    QSignalSpy layout(&model, &PlaylistModel::layoutChanged);
 
+    // The views hear of an insertion before it is made: the rows are not there yet.
+    int rowsWhenTold = -1;
+    connect(&model, &PlaylistModel::rowsAboutToBeInserted, this,
+            [&] { rowsWhenTold = static_cast<int>(state.Rows.size()); });
     // A walk adds rows in batches; each batch reaches the view as one insertion.
+    jk::RowList batch;
     for (const char* title : {"three", "four", "five"}) {
-        state.Rows.push_back(Row(title, "", std::string("/") + title + ".mp3"));
+        batch.push_back(Row(title, "", std::string("/") + title + ".mp3"));
     }
-    QCOMPARE(model.rowCount(), 2);  // the view hears of rows only when told
-    model.RowsAppended();
-    QCOMPARE(inserted.count(), 1);
+    model.AppendRows(std::move(batch));
+    QCOMPARE(rowsWhenTold, 2);
+    QCOMPARE(aboutToInsert.count(), 1);
     QCOMPARE(inserted[0][1].toInt(), 2);
     QCOMPARE(inserted[0][2].toInt(), 4);
-    model.RowsAppended();
+    model.AppendRows({});
     QCOMPARE(inserted.count(), 1);  // nothing new, nothing said
-    QCOMPARE(Titles(model), (QStringList{"one", "two", "three", "four", "five"}));
+    model.InsertRows(1, {Row("one and a half", "", "/1.5.mp3")});
+    QCOMPARE(Titles(model), (QStringList{"one", "one and a half", "two", "three", "four", "five"}));
 
-    // RemoveFromList drops the selected rows; the view starts afresh.
+    // Rows that stand together leave in one removal; scattered ones in one reset.
     view.selectionModel()->select(model.index(1, 0),
                                   QItemSelectionModel::Select | QItemSelectionModel::Rows);
-    view.selectionModel()->select(model.index(4, 0),
-                                  QItemSelectionModel::Select | QItemSelectionModel::Rows);
     model.ApplySelection(view.selectionModel()->selection());
-    jk::RemoveFromList(state);
-    model.RowsReplaced();
+    QCOMPARE(model.RemoveSelected(), std::size_t{1});
+    QCOMPARE(removed.count(), 1);
+    state.Rows[1].SetSelected(true);
+    state.Rows[4].SetSelected(true);
+    QCOMPARE(model.RemoveSelected(), std::size_t{2});
     QCOMPARE(reset.count(), 1);
     QCOMPARE(Titles(model), (QStringList{"one", "three", "four"}));
-    QVERIFY(!view.selectionModel()->hasSelection());
-    QVERIFY(!state.PlaylistSaved);
+    QCOMPARE(model.RemoveSelected(), std::size_t{0});
 
-    // Word of an append to a list that got shorter is taken as the reset it must be.
-    state.Rows.erase(state.Rows.begin(), state.Rows.begin() + 2);
-    state.Rows.push_back(Row("six", "", "/6.mp3"));
-    model.RowsAppended();
-    QCOMPARE(reset.count(), 2);
-    QCOMPARE(Titles(model), (QStringList{"four", "six"}));
-    state.Rows.push_back(Row("seven", "", "/7.mp3"));
-    model.RowsAppended();
-    QCOMPARE(Titles(model), (QStringList{"four", "six", "seven"}));
+    // A sort or a slide is one layout change; the selected flags travel with their rows.
+    model.SortBy(static_cast<int>(Column::Title), false);
+    QCOMPARE(layout.count(), 1);
+    QCOMPARE(Titles(model), (QStringList{"four", "one", "three"}));
+    model.sort(static_cast<int>(Column::Title), Qt::DescendingOrder);
+    QCOMPARE(Titles(model), (QStringList{"three", "one", "four"}));
 
-    state.Rows[1].Set(Column::Title, "six (edited)");
+    state.Rows[1].Set(Column::Title, "one (edited)");
     QSignalSpy changed(&model, &PlaylistModel::dataChanged);
     model.RowsChanged(1, 99);
     QCOMPARE(changed.count(), 1);
     QCOMPARE(changed[0][0].toModelIndex(), model.index(1, 0));
     QCOMPARE(changed[0][1].toModelIndex(), model.index(2, 11));
-    QCOMPARE(Cell(model, 1, Column::Title), QStringLiteral("six (edited)"));
+    QCOMPARE(Cell(model, 1, Column::Title), QStringLiteral("one (edited)"));
 
-    jk::NewList(state);
-    model.RowsReplaced();
+    model.ChangeAll([](jk::RowList& rows) { rows.clear(); });
     QCOMPARE(model.rowCount(), 0);
     model.RowsChanged(0, 0);  // nothing to change in an empty list
     QCOMPARE(changed.count(), 1);
+
+    // Rows filled before the view was in use are shown on Resync.
+    state.Rows.push_back(Row("six", "", "/6.mp3"));
+    QCOMPARE(model.rowCount(), 0);
+    model.Resync();
+    QCOMPARE(Titles(model), (QStringList{"six"}));
+}
+
+void PlaylistModelTest::rowsDragOutAsFilesAndDropsGoToTheWindow() {
+    jk::RowList rows = {Row("a", "", "/music/a.mp3"), Row("ghost", "", "gone.mp3"),
+                        Row("b", "", "/music/b.mp3")};
+    PlaylistModel model(rows);
+    QAbstractItemModelTester tester(&model);
+    std::unique_ptr<QMimeData> data(model.mimeData(
+        {model.index(0, 0), model.index(0, 3), model.index(1, 0), model.index(2, 0)}));
+    QCOMPARE(data->urls().size(), 2);  // only real files leave the program
+    QCOMPARE(data->urls()[1].toLocalFile(), QStringLiteral("/music/b.mp3"));
+    QVERIFY(data->data(PlaylistModel::kRowsMimeType).endsWith(":0 1 2 "));
+    QVERIFY(!(model.flags(model.index(0, 0)) & Qt::ItemIsDropEnabled));
+    QVERIFY(model.flags(QModelIndex()) & Qt::ItemIsDropEnabled);
+
+    // Without a handler nothing is taken; with one, it gets the data and the row.
+    QVERIFY(!model.dropMimeData(data.get(), Qt::CopyAction, 1, 0, QModelIndex()));
+    int droppedAt = -2;
+    model.SetDropHandler([&](const QMimeData& dropped, int row, Qt::DropAction) {
+        droppedAt = row;
+        return dropped.hasUrls();
+    });
+    QVERIFY(model.dropMimeData(data.get(), Qt::MoveAction, 1, 0, QModelIndex()));
+    QCOMPARE(droppedAt, 1);
+    QCOMPARE(model.rowCount(), 3);  // the window moves rows, not the view
 }
 
 void PlaylistModelTest::grabShowsAPlaylistAsAUserSeesIt() {
