@@ -24,7 +24,8 @@ std::vector<int> Tokens(std::string_view text) {
         }
         const std::string_view token = text.substr(at, end - at);
         int value = -1;
-        const auto [next, error] = std::from_chars(token.data(), token.data() + token.size(), value);
+        const auto [next, error] =
+            std::from_chars(token.data(), token.data() + token.size(), value);
         if (error != std::errc() || next == token.data()) {
             value = -1;
         }
@@ -111,7 +112,7 @@ void StoreColumnWidth(ColumnWidths& widths, int column, const ColumnWidth& width
 }
 
 int DefaultColumnChars(int column) {
-    static constexpr std::array<int, kColumnCount> kChars = {34, 24, 24, 6, 12, 7,
+    static constexpr std::array<int, kColumnCount> kChars = {34, 24, 24, 6,  12, 7,
                                                              8,  48, 24, 11, 20, 12};
     if (column < 0 || static_cast<std::size_t>(column) >= kChars.size()) {
         return 12;

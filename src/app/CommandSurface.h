@@ -33,7 +33,7 @@ struct MenuEntry {
     std::string_view Icon;      // the desktop theme's icon name, "" for none
     // The part of the program that brings this command: "" when the main window does.
     std::string_view Owner;
-    int Count = 0;        // for a List: how many items it holds
+    int Count = 0;  // for a List: how many items it holds
     bool Checkable = false;
 };
 
@@ -47,7 +47,7 @@ struct ToolbarButton {
     std::string_view Command;  // the menu item it runs; "" for a command of the toolbar alone
     std::string_view ToolTip;
     std::string_view Icon;
-    std::string_view Owner;  // as for menu entries, for a toolbar-only command
+    std::string_view Owner;   // as for menu entries, for a toolbar-only command
     bool GroupStart = false;  // a separator stands before it
     bool Checkable = false;
 };

@@ -22,6 +22,14 @@ PaneAction DeleteKeyAction(std::int16_t value) {
     }
 }
 
+PaneVisibility VisiblePanes(std::int16_t files, std::int16_t folders, std::int16_t playlist) {
+    PaneVisibility shown{files == 1, folders == 1, playlist == 1};
+    if (!shown.files && !shown.folders && !shown.playlist) {
+        return {};
+    }
+    return shown;
+}
+
 bool DeleteEnabled(std::int16_t delMode) {
     return delMode != kDelModeDisabled;
 }
@@ -32,17 +40,16 @@ bool DeleteAsks(std::int16_t delMode) {
 
 UserMessage DeleteQuestion(std::size_t count, std::string_view firstName) {
     std::string text = count == 1 ? "Move \"" + std::string(firstName) + "\" to the trash?"
-                                  : "Move these " + std::to_string(count) +
-                                        " files to the trash?";
+                                  : "Move these " + std::to_string(count) + " files to the trash?";
     text += "\n\nYou can restore them from the trash of your desktop.";
     return {text, "Delete files", MessageIcon::Question};
 }
 
 UserMessage FileFailuresMessage(std::string_view verb, std::size_t count,
                                 std::string_view details) {
-    std::string text = count == 1 ? "One file could not be " + std::string(verb) + "."
-                                  : std::to_string(count) + " files could not be " +
-                                        std::string(verb) + ".";
+    std::string text =
+        count == 1 ? "One file could not be " + std::string(verb) + "."
+                   : std::to_string(count) + " files could not be " + std::string(verb) + ".";
     if (!details.empty()) {
         text += "\n\n" + std::string(details);
     }

@@ -63,9 +63,8 @@ TagChanges ChangesBetween(const TagFields& before, const TagFields& after, std::
         const std::string_view text = Trim(after.Track);
         int track = 0;
         const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), track);
-        if (!text.empty() &&
-            (failure != std::errc() || end != text.data() + text.size() || track < 0 ||
-             track > 255)) {
+        if (!text.empty() && (failure != std::errc() || end != text.data() + text.size() ||
+                              track < 0 || track > 255)) {
             error = "The track must be a number from 0 to 255.";
             return {};
         }

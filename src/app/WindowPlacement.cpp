@@ -45,7 +45,8 @@ bool Reachable(int x, int y, int width, int height, const PixelRect& screen) {
     const int right = std::min(x + width, screen.x + screen.width);
     const int top = std::max(y, screen.y);
     const int bottom = std::min(y + height, screen.y + screen.height);
-    return right - left >= std::min(kGrabWidth, width) && bottom - top >= std::min(kGrabHeight, height);
+    return right - left >= std::min(kGrabWidth, width) &&
+           bottom - top >= std::min(kGrabHeight, height);
 }
 
 }  // namespace

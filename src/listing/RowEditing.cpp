@@ -141,8 +141,8 @@ std::size_t SelectedCount(const RowList& rows) {
 }
 
 std::size_t FirstSelected(const RowList& rows) {
-    return static_cast<std::size_t>(
-        std::find_if(rows.begin(), rows.end(), IsSelected) - rows.begin());
+    return static_cast<std::size_t>(std::find_if(rows.begin(), rows.end(), IsSelected) -
+                                    rows.begin());
 }
 
 }  // namespace jk

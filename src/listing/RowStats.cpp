@@ -59,9 +59,9 @@ std::string DurationText(std::int64_t seconds) {
     seconds = std::max<std::int64_t>(seconds, 0);
     char buffer[48];
     if (seconds >= 3600) {
-        std::snprintf(buffer, sizeof buffer, "%lld:%02lld:%02lld",
-                      static_cast<long long>(seconds / 3600),
-                      static_cast<long long>(seconds / 60 % 60), static_cast<long long>(seconds % 60));
+        std::snprintf(
+            buffer, sizeof buffer, "%lld:%02lld:%02lld", static_cast<long long>(seconds / 3600),
+            static_cast<long long>(seconds / 60 % 60), static_cast<long long>(seconds % 60));
     } else {
         std::snprintf(buffer, sizeof buffer, "%lld:%02lld", static_cast<long long>(seconds / 60),
                       static_cast<long long>(seconds % 60));

@@ -1,6 +1,9 @@
 #include "app/ui/DesktopFront.h"
 
 #include <cstdio>
+#include <vector>
+
+#include <QAction>
 
 #include <QGuiApplication>
 #include <QMessageBox>
@@ -35,6 +38,24 @@ QMessageBox::Icon IconOf(MessageIcon icon) {
     return QMessageBox::NoIcon;
 }
 
+// The available areas of the screens, the window's own (or the primary) first.
+std::vector<PixelRect> AvailableAreas(const QWidget& window) {
+    std::vector<PixelRect> areas;
+    const QScreen* own =
+        window.screen() != nullptr ? window.screen() : QGuiApplication::primaryScreen();
+    if (own != nullptr) {
+        const QRect area = own->availableGeometry();
+        areas.push_back({area.x(), area.y(), area.width(), area.height()});
+    }
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        if (screen != own) {
+            const QRect area = screen->availableGeometry();
+            areas.push_back({area.x(), area.y(), area.width(), area.height()});
+        }
+    }
+    return areas;
+}
+
 PixelRect AvailableArea(const QWidget& window) {
     const QScreen* screen =
         window.screen() != nullptr ? window.screen() : QGuiApplication::primaryScreen();
@@ -49,6 +70,9 @@ void ApplyRect(QWidget& window, const PixelRect& rect) {
     window.move(rect.x, rect.y);
     window.resize(rect.width, rect.height);
 }
+
+// Room for the three panes and the toolbar.
+constexpr MinimumSize kMainMinimum{560, 400};
 
 }  // namespace
 
@@ -94,7 +118,7 @@ void DesktopFront::SetMainEnabled(bool enabled) {
 }
 
 void DesktopFront::ShowMain() {
-    ApplyRect(m_main, PlaceSavedWindow(m_session.Settings, AvailableArea(m_main)));
+    ApplyRect(m_main, PlaceSavedWindow(m_session.Settings, AvailableAreas(m_main), kMainMinimum));
     ShowAsSaved();
     m_main.repaint();
 }
@@ -108,13 +132,86 @@ void DesktopFront::ShowWelcome(const UserMessage& message) {
 }
 
 void DesktopFront::PlaceMain() {
-    ApplyRect(m_main, CentreSavedWindow(m_session.Settings, AvailableArea(m_main)));
+    ApplyRect(m_main, CentreSavedWindow(m_session.Settings, AvailableArea(m_main), kMainMinimum));
 }
 
 void DesktopFront::RunSetupBrowser() {
     if (setupBrowser) {
         setupBrowser();
     }
+}
+
+void DesktopFront::PlaceVerticalSplitter(std::int16_t /*splitLeft*/) {
+    m_main.PlaceSplitters();
+}
+
+void DesktopFront::AlignSplitters() {
+    m_main.PlaceSplitters();
+}
+
+void DesktopFront::ShowGridLines(bool on) {
+    m_main.ShowGridLines(on);
+}
+
+void DesktopFront::CheckOnTop(bool checked) {
+    if (QAction* onTop = m_main.Action("OnTop")) {
+        onTop->setChecked(checked);
+    }
+}
+
+void DesktopFront::SetTop() {
+    m_main.SetTop();
+}
+
+void DesktopFront::ApplyColumnOrders(std::string_view files, std::string_view playlist) {
+    m_main.ApplyColumnOrders(std::string(files), std::string(playlist));
+}
+
+void DesktopFront::UpdatePlayerMode(bool winampOnly) {
+    m_main.UpdatePlayerMode(winampOnly);
+}
+
+void DesktopFront::SetIntroPlayPressed(bool pressed) {
+    if (QAction* button = m_main.ToolbarButton("introplay")) {
+        button->setChecked(pressed);
+    }
+}
+
+void DesktopFront::UpdateWindowsMode(bool trayIcon) {
+    m_main.UpdateWindowsMode(trayIcon);
+}
+
+void DesktopFront::SetViewChecks(bool files, bool folders, bool playlist) {
+    m_main.SetViewChecks(files, folders, playlist);
+}
+
+void DesktopFront::ShowTips() {
+    if (!m_unattended) {
+        m_main.Tips_Click();
+    }
+}
+
+void DesktopFront::RemoveTrayIcons() {
+    m_main.UpdateWindowsMode(false);
+}
+
+void DesktopFront::LoadVirtualFolders() {
+    // The drive roots first; the catalogued discs join them as roots of their own.
+    m_main.InitializeTree();
+}
+
+void DesktopFront::OpenFolder(std::string_view path) {
+    m_main.OpenFolder(std::string(path));
+}
+
+void DesktopFront::UpdateLastLists() {
+    m_main.UpdateLastLists();
+}
+
+void DesktopFront::ListStats() {
+    // Start-up read the last playlist into the rows before the pane was in use.
+    m_main.PlaylistFilledOutside();
+    m_main.ListStats();
 }
 
 void DesktopFront::ShowMainIfHidden() {
@@ -164,6 +261,7 @@ void DesktopFront::SaveListClick() {
 }
 
 void DesktopFront::StoreWindowLayout(jk::Settings& settings) {
+    m_main.StoreLayout(settings);
     // The size of the normal window, also when it is maximized.
     const bool maximized = m_main.isMaximized();
     const QSize size = maximized ? m_main.normalGeometry().size() : m_main.size();

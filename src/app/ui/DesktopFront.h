@@ -25,7 +25,8 @@ class DesktopFront final : public StartupFront,
 public:
     DesktopFront(Session& session, Splash& splash, Main& main);
 
-    // The Setup Browser of a first run; nothing happens until it is set.
+    // The Setup Browser of a first run, shown modally in front of the main window; nothing
+    // happens until the setup windows set it.
     std::function<void()> setupBrowser;
     // The File menu's save command for the open playlist; nothing happens until it is set.
     std::function<void()> saveList;
@@ -42,12 +43,29 @@ public:
     void ShowMainIfHidden() override;
     void ShowWelcome(const UserMessage& message) override;
     void RunSetupBrowser() override;
+    void PlaceVerticalSplitter(std::int16_t splitLeft) override;
+    void AlignSplitters() override;
+    void ShowGridLines(bool on) override;
+    void CheckOnTop(bool checked) override;
+    void SetTop() override;
+    void ApplyColumnOrders(std::string_view files, std::string_view playlist) override;
+    void UpdatePlayerMode(bool winampOnly) override;
+    void SetIntroPlayPressed(bool pressed) override;
+    void UpdateWindowsMode(bool trayIcon) override;
+    void SetViewChecks(bool files, bool folders, bool playlist) override;
+    void ShowTips() override;
 
     // ShutdownFront
     void StoreWindowPosition(jk::Settings& settings) override;
     void StoreWindowLayout(jk::Settings& settings) override;
 
+    void RemoveTrayIcons() override;
+
     // PaneFront
+    void LoadVirtualFolders() override;
+    void OpenFolder(std::string_view path) override;
+    void UpdateLastLists() override;
+    void ListStats() override;
     void SaveListClick() override;
     void SetPanelText(std::string_view text) override;
 

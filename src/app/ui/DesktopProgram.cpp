@@ -3,8 +3,6 @@
 #include <cstdio>
 
 #include <QApplication>
-#include <QFileDialog>
-#include <QFileInfo>
 #include <QMessageBox>
 #include <QTimer>
 
@@ -34,9 +32,22 @@ constexpr int kUnattendedRetryMs = 50;
 }  // namespace
 
 DesktopProgram::DesktopProgram(std::string dataFolder, SessionData& data)
-    : m_dataFolder(std::move(dataFolder)), m_data(data), m_front(m_session, m_splash, m_main) {
+    : m_dataFolder(std::move(dataFolder)),
+      m_data(data),
+      m_main(m_session),
+      m_front(m_session, m_splash, m_main) {
     m_main.SetCloseHandler([this] { return CloseRequested(); });
     m_front.saveList = [this] { SaveListClick(); };
+    WireSetupWindows();
+}
+
+void DesktopProgram::WireSetupWindows() {
+    // The setup windows join here, each a few lines: the Setup Browser on "&Setup..."
+    // (m_main.Wire("mOptions", ...)) and, modally, on a first run (m_front.setupBrowser = ...);
+    // the Cache Performance window on "&Cache" ("CacheWizard"); the Silent MP3 Wizard
+    // ("SilentMP3Wiz"). What the Setup Browser's "Okay" applies to the main window is there as
+    // Main::ShowGridLines, ApplyDelMode, RelistCurrentFolder, UpdatePlayerMode,
+    // UpdateWindowsMode, SetTop and PlaceSplitters.
 }
 
 DesktopProgram::~DesktopProgram() = default;
@@ -56,8 +67,13 @@ StartupResult DesktopProgram::Start() {
 }
 
 void DesktopProgram::SaveListClick() {
+    if (!m_unattended) {
+        m_main.SaveList_Click();
+        return;
+    }
+    // Nobody is there to name an untitled list.
     const SaveResult saved = SaveList(m_session.Playlist, ListSettingsOf(m_session.Settings),
-                                      [this] { return ChooseSavePath(); });
+                                      [] { return std::string(); });
     if (saved.outcome == SaveOutcome::Failed) {
         UserMessage message = SaveFailedMessage();
         if (!saved.reason.empty()) {
@@ -66,26 +82,6 @@ void DesktopProgram::SaveListClick() {
         m_front.ShowMessage(message);
     }
     m_front.ShowPlaylistCaption();
-}
-
-std::string DesktopProgram::ChooseSavePath() {
-    if (m_unattended) {
-        return {};
-    }
-    if (m_chooseSavePath) {
-        return m_chooseSavePath();
-    }
-    const std::string& recent = m_session.Playlist.RecentLists[0];
-    const QString folder =
-        recent.empty() ? QString() : QFileInfo(QString::fromStdString(recent)).path();
-    QFileDialog dialog(&m_main, QStringLiteral("Save"), folder,
-                       QStringLiteral("Playlist (*.m3u);;All files (*)"));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix(QStringLiteral("m3u"));
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
-        return {};
-    }
-    return dialog.selectedFiles().constFirst().toStdString();
 }
 
 void DesktopProgram::RaiseFromOtherStart() {

@@ -43,7 +43,9 @@ public:
     void SaveListClick();
     // Replaces the save dialog (tests): gives the chosen path, "" for a cancelled dialog.
     void SetSavePathChooser(std::function<std::string()> choose) {
-        m_chooseSavePath = std::move(choose);
+        m_main.SetPathChooser([choose = std::move(choose)](PathQuestion question) {
+            return question == PathQuestion::SaveList ? choose() : std::string();
+        });
     }
 
     Session& State() { return m_session; }
@@ -55,7 +57,7 @@ public:
 
 private:
     bool CloseRequested();
-    std::string ChooseSavePath();
+    void WireSetupWindows();
 
     std::string m_dataFolder;
     SessionData& m_data;
@@ -63,7 +65,6 @@ private:
     Splash m_splash;
     Main m_main;
     DesktopFront m_front;
-    std::function<std::string()> m_chooseSavePath;
     std::unique_ptr<TerminationWatch> m_terminationWatch;
     bool m_shutDown = false;
     bool m_closing = false;  // a shutdown sequence is under way

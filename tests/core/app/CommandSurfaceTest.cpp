@@ -66,10 +66,11 @@ TEST(CommandSurface, EveryToolbarKeyRunsAMenuItemOrItsOwnCommand) {
         }
     }
     for (const char* key :
-         {"new", "open", "save", "addall", "addsel", "removesel", "removeall", "uplevel",
-          "recycle", "properties", "refresh", "playfol", "playsel", "playlist", "jukarra",
-          "addvdrive", "introplay", "search", "bookmarks", "slideup", "slidedown", "remoteplay",
-          "remotestop", "remotepause", "remoteprev", "remotenext", "about"}) {
+         {"new",        "open",       "save",      "addall",     "addsel",     "removesel",
+          "removeall",  "uplevel",    "recycle",   "properties", "refresh",    "playfol",
+          "playsel",    "playlist",   "jukarra",   "addvdrive",  "introplay",  "search",
+          "bookmarks",  "slideup",    "slidedown", "remoteplay", "remotestop", "remotepause",
+          "remoteprev", "remotenext", "about"}) {
         EXPECT_TRUE(keys.contains(key)) << key;
     }
     EXPECT_EQ(keys.size(), 27u);

@@ -77,6 +77,9 @@ TEST(PaneActions, DoubleClickAndDeleteKeyFollowTheirSettings) {
     EXPECT_EQ(DeleteKeyAction(1), PaneAction::DeleteFile);
     EXPECT_EQ(DeleteKeyAction(2), PaneAction::DeselectAll);
     EXPECT_EQ(DeleteKeyAction(3), PaneAction::Nothing);
+    EXPECT_EQ(VisiblePanes(1, 0, 1), (PaneVisibility{true, false, true}));
+    EXPECT_EQ(VisiblePanes(0, 0, 0), (PaneVisibility{true, true, true}));  // a file without them
+    EXPECT_EQ(VisiblePanes(2, 0, 0), (PaneVisibility{true, true, true}));
     EXPECT_TRUE(DeleteEnabled(0));
     EXPECT_FALSE(DeleteEnabled(2));
     EXPECT_TRUE(DeleteAsks(0));
@@ -86,12 +89,12 @@ TEST(PaneActions, DoubleClickAndDeleteKeyFollowTheirSettings) {
 }
 
 TEST(FileTransferPlan, NeverOverwritesAndSkipsWhatCannotGo) {
-    const std::set<std::string> there = {"/a/one.mp3", "/a/two.mp3", "/b/two.mp3",
-                                         "/c/one.mp3", "/a/three.mp3"};
+    const std::set<std::string> there = {"/a/one.mp3", "/a/two.mp3", "/b/two.mp3", "/c/one.mp3",
+                                         "/a/three.mp3"};
     const auto exists = [&there](const std::string& path) { return there.contains(path); };
     const TransferPlan plan = PlanTransfer(
-        {"/a/one.mp3", "/a/two.mp3", "/c/one.mp3", "/b/three.mp3", "virtual/x.mp3", "/d/"},
-        "/b", exists);
+        {"/a/one.mp3", "/a/two.mp3", "/c/one.mp3", "/b/three.mp3", "virtual/x.mp3", "/d/"}, "/b",
+        exists);
     ASSERT_EQ(plan.transfers.size(), 1u);
     EXPECT_EQ(plan.transfers[0].from, "/a/one.mp3");
     EXPECT_EQ(plan.transfers[0].to, "/b/one.mp3");

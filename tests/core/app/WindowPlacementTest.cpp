@@ -24,7 +24,7 @@ TEST(WindowPlacement, KeepsASavedWindowOnTheScreenAndUsable) {
     const std::vector<std::tuple<double, double, PixelRect>> cases = {
         {150, 300, {20, 10, 570, 462}},         // Left 300 twips, Top 150 twips
         {-3000, -3000, {0, 0, 570, 462}},       // off the top left
-        {2000, 3000, {1350, 618, 570, 462}},    // partly off the bottom right
+        {15000, 27000, {1350, 618, 570, 462}},  // partly off the bottom right
         {30000, 60000, {675, 309, 570, 462}},   // off every screen: centred
     };
     for (const auto& [top, left, expected] : cases) {

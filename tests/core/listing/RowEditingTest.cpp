@@ -103,11 +103,11 @@ TEST(RowEditing, CropKeepsTheSelectionAndTheSelectionCommandsFlipFlags) {
 
 TEST(RowEditing, DraggedRowsLandAheadOfTheDropRow) {
     const std::vector<std::tuple<const char*, std::size_t, const char*, std::size_t>> cases = {
-        {".x.x.", 0, "bdace", 0},  // to the top
-        {"x....", 3, "bcade", 2},  // down, ahead of d
-        {"...xx", 1, "adebc", 1},  // up, ahead of b
-        {".x...", 99, "acdeb", 4}, // past the end
-        {".xx..", 2, "abcde", 1},  // onto itself
+        {".x.x.", 0, "bdace", 0},   // to the top
+        {"x....", 3, "bcade", 2},   // down, ahead of d
+        {"...xx", 1, "adebc", 1},   // up, ahead of b
+        {".x...", 99, "acdeb", 4},  // past the end
+        {".xx..", 2, "abcde", 1},   // onto itself
     };
     for (const auto& [selected, at, expected, first] : cases) {
         RowList rows = Rows("abcde", selected);
@@ -140,9 +140,12 @@ TEST(RowClipboard, CutCopyAndPasteRows) {
 
 TEST(RowSort, ComparesWithoutCaseAndNumbersByValue) {
     const std::vector<std::tuple<const char*, const char*, int>> cases = {
-        {"abc", "ABD", -1}, {"Abc", "abc", 0},      {"9", "10", -1},  {"track 2", "track 10", -1},
-        {"03:25", "12:01", -1}, {"007", "7", 0},    {"", "a", -1},    {"b", "a", 1},
-        {"Zoë", "Zoe", 1},  {"1999", "2000", -1},   {"12345", "9999", 1},
+        {"abc", "ABD", -1},     {"Abc", "abc", 0},
+        {"9", "10", -1},        {"track 2", "track 10", -1},
+        {"03:25", "12:01", -1}, {"007", "7", 0},
+        {"", "a", -1},          {"b", "a", 1},
+        {"Zoë", "Zoe", 1},      {"1999", "2000", -1},
+        {"12345", "9999", 1},
     };
     for (const auto& [a, b, expected] : cases) {
         EXPECT_EQ(CompareNatural(a, b), expected) << a << " vs " << b;
@@ -196,8 +199,8 @@ TEST(RowFind, JumpToFindsTheNextRowHoldingTheText) {
     rows[3].Set(Column::Album, "Homogenic BJÖRK");
     EXPECT_EQ(FindRow(rows, "björk", 0), 1u);
     EXPECT_EQ(FindRow(rows, "BJÖRK", 2), 3u);
-    EXPECT_EQ(FindRow(rows, "björk", 4), 1u);  // past the end: from the top
-    EXPECT_EQ(FindRow(rows, "c.mp3", 0), 2u);  // the file name counts
+    EXPECT_EQ(FindRow(rows, "björk", 4), 1u);            // past the end: from the top
+    EXPECT_EQ(FindRow(rows, "c.mp3", 0), 2u);            // the file name counts
     EXPECT_EQ(FindRow(rows, "music", 0), std::nullopt);  // the folders don't
     EXPECT_EQ(FindRow(rows, "  ", 0), std::nullopt);
 }

@@ -1,0 +1,183 @@
+// Timings of the main window on a large collection, under the offscreen platform:
+//
+//   window_bench COLLECTION FOLDER5000 WORKDIR
+//
+// COLLECTION is a tree of songs (bench/make-collection.py; 100,000 songs for the figures the
+// README quotes), FOLDER5000 a folder of 5,000 songs, WORKDIR a scratch data folder kept between
+// runs (its cache.dat is built by the first run). It reports:
+//   - listing FOLDER5000 in the files pane, cold and warm;
+//   - recursing COLLECTION into the playlist (the rows added, warm after the first run);
+//   - sorting the playlist by three columns;
+//   - start-up with the cache of the whole collection and a last list of 10,000 songs, up to
+//     the enabled window.
+// Beside each time stands the longest gap between two turns of the event loop, measured by a
+// timer that asks to run every 5 ms.
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include <time.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QHeaderView>
+#include <QMessageBox>
+#include <QTimer>
+
+#include "app/Session.h"
+#include "app/ui/DesktopProgram.h"
+#include "app/ui/ListPane.h"
+#include "app/ui/MainWindow.h"
+#include "playback/ui/PlaylistModel.h"
+
+namespace {
+
+// The longest time between two ticks of a 5 ms timer, which only ticks when the event loop
+// runs.
+class GapMeter {
+public:
+    GapMeter() {
+        m_timer.setInterval(5);
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer,
+                         [this] { m_longest = std::max(m_longest, m_since.restart()); });
+    }
+    void Start() {
+        m_longest = 0;
+        m_since.start();
+        m_timer.start();
+    }
+    qint64 Stop() {
+        m_timer.stop();
+        return std::max(m_longest, m_since.elapsed());
+    }
+
+private:
+    QTimer m_timer;
+    QElapsedTimer m_since;
+    qint64 m_longest = 0;
+};
+
+// The CPU time of the whole process (all its threads), in milliseconds: on a machine shared
+// with other work the wall-clock times grow with the load, this much less.
+double CpuMs() {
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1000.0 + static_cast<double>(now.tv_nsec) / 1e6;
+}
+
+double g_cpuStart = 0;
+
+void StartCpu() {
+    g_cpuStart = CpuMs();
+}
+
+void Report(const char* what, qint64 ms, qint64 gap, long long rows) {
+    std::printf("%-58s %7lld ms wall %7.0f ms cpu   longest gap %5lld ms   %lld rows\n", what,
+                static_cast<long long>(ms), CpuMs() - g_cpuStart, static_cast<long long>(gap),
+                rows);
+    std::fflush(stdout);
+}
+
+void WriteIni(const std::string& folder) {
+    std::ofstream ini(folder + "jukarra2.ini", std::ios::trunc);
+    ini << "[INIexists]\r\nCheck=1\r\n[WindowPosition]\r\nWidth=19200\r\nHeight=12000\r\n"
+           "[Options]\r\nRememberList=1\r\nMaxCache=7\r\nShowTips=0\r\nNeverAsk=1\r\n"
+           "NeverAskSave=0\r\n";
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    if (argc != 4) {
+        std::fprintf(stderr, "usage: window_bench COLLECTION FOLDER5000 WORKDIR\n");
+        return 1;
+    }
+    const std::string collection = argv[1];
+    const std::string folder5000 = argv[2];
+    std::string work = argv[3];
+    if (work.back() != '/') {
+        work += '/';
+    }
+    std::filesystem::create_directories(work);
+    GapMeter meter;
+
+    const bool haveCache = std::filesystem::exists(work + "cache.dat");
+    WriteIni(work);
+    std::filesystem::remove(work + "lastlist.m3u");
+    {
+        jk::SessionData data;
+        jk::DesktopProgram program(work, data);
+        program.Start();
+        jk::Main& main = program.MainWindow();
+        main.resize(1280, 800);
+
+        for (const char* pass : {"list 5,000 songs (first)", "list 5,000 songs (warm)"}) {
+            QElapsedTimer timer;
+            meter.Start();
+            StartCpu();
+            timer.start();
+            main.OpenFolder(folder5000);
+            const qint64 ms = timer.elapsed();
+            Report(pass, ms, meter.Stop(), main.FilesPane().model()->rowCount());
+        }
+
+        main.OpenFolder(collection);
+        QElapsedTimer timer;
+        meter.Start();
+        StartCpu();
+        timer.start();
+        main.RecurseDir_Click();
+        const qint64 walked = timer.elapsed();
+        Report(haveCache ? "recurse the collection into the playlist (warm)"
+                         : "recurse the collection into the playlist (cold)",
+               walked, meter.Stop(), main.PlaylistPane().model()->rowCount());
+
+        jk::PlaylistModel& model = main.PlaylistPane().Model();
+        for (const auto& [name, column] :
+             {std::pair{"sort the playlist by Title", jk::Column::Title},
+              std::pair{"sort the playlist by Artist", jk::Column::Artist},
+              std::pair{"sort the playlist by Size", jk::Column::Size}}) {
+            meter.Start();
+            StartCpu();
+            timer.restart();
+            model.SortBy(static_cast<int>(column), false);
+            QCoreApplication::processEvents();
+            const qint64 ms = timer.elapsed();
+            Report(name, ms, meter.Stop(), model.rowCount());
+        }
+
+        // The next start-up's last list: 10,000 songs of the collection.
+        std::ofstream last(work + "lastlist.m3u", std::ios::trunc);
+        const jk::RowList& rows = program.State().Playlist.Rows;
+        for (std::size_t i = 0; i < rows.size() && i < 10000; ++i) {
+            last << rows[i].Get(jk::Column::Filename) << "\r\n";
+        }
+        last.close();
+        // Closed without saving: the list file above stays as written.
+        program.State().Settings.RememberList = "0";
+        program.State().Playlist.PlaylistSaved = true;
+        main.close();
+    }
+
+    WriteIni(work);
+    jk::SessionData data;
+    jk::DesktopProgram program(work, data);
+    QElapsedTimer timer;
+    StartCpu();
+    timer.start();
+    program.Start();
+    const qint64 started = timer.elapsed();
+    Report("start-up to the enabled window (cache + 10,000-song list)", started, started,
+           program.MainWindow().PlaylistPane().model()->rowCount());
+    std::printf("songs in the cache: %lld\n",
+                static_cast<long long>(program.State().SongCache.UpperBound()));
+    program.State().Playlist.PlaylistSaved = true;
+    program.State().Settings.RememberList = "0";
+    program.MainWindow().close();
+    return 0;
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+// What the file commands ask of the file system: moving a file to the freedesktop trash, and
+// copying or moving a file to a path that is free. None of them ever overwrites a file.
+
+#include <string>
+
+namespace jk {
+
+struct FileResult {
+    bool ok = false;
+    std::string error;  // one line, for the user
+};
+
+// Moves the file to the desktop's trash, from where the user can restore it.
+FileResult MoveToTrash(const std::string& path);
+// Copies the file to `target`, which must not exist; the copy keeps the file's date.
+FileResult CopyFileTo(const std::string& path, const std::string& target);
+// Moves the file to `target`, which must not exist: a rename where it can be, else a copy and
+// the removal of the original once the copy is whole.
+FileResult MoveFileTo(const std::string& path, const std::string& target);
+// True when something stands at the path (a link that points nowhere counts).
+bool PathExists(const std::string& path);
+
+}  // namespace jk
