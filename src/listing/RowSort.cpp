@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <numeric>
+#include <utility>
 #include <vector>
 
 namespace jk {
@@ -73,16 +73,20 @@ void SortRows(RowList& rows, int column, bool descending) {
         return;
     }
     const auto key = static_cast<std::size_t>(column);
-    std::vector<std::uint32_t> order(rows.size());
-    std::iota(order.begin(), order.end(), 0U);
-    std::stable_sort(order.begin(), order.end(), [&rows, key, descending](auto x, auto y) {
-        const int c = CompareNatural(rows[x].Get(key), rows[y].Get(key));
+    // The texts beside their row numbers, so that a comparison reads no row.
+    std::vector<std::pair<std::string_view, std::uint32_t>> order;
+    order.reserve(rows.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        order.emplace_back(rows[i].Get(key), static_cast<std::uint32_t>(i));
+    }
+    std::stable_sort(order.begin(), order.end(), [descending](const auto& x, const auto& y) {
+        const int c = CompareNatural(x.first, y.first);
         return descending ? c > 0 : c < 0;
     });
     RowList sorted;
     sorted.reserve(rows.size());
-    for (const std::uint32_t index : order) {
-        sorted.push_back(std::move(rows[index]));
+    for (const auto& entry : order) {
+        sorted.push_back(std::move(rows[entry.second]));
     }
     rows = std::move(sorted);
 }

@@ -7,6 +7,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDialog>
 #include <QFile>
 #include <QList>
 #include <QMessageBox>
@@ -35,11 +36,21 @@ public:
         m_timer.start(10);
     }
     QList<SeenBox> seen;
+    // Other modal windows (the Setup Browser of a first run), closed with Cancel.
+    QStringList dialogs;
 
 private:
     void Poll() {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (box == nullptr || box == m_last) {
+        QWidget* modal = QApplication::activeModalWidget();
+        auto* box = qobject_cast<QMessageBox*>(modal);
+        if (box == nullptr) {
+            if (auto* dialog = qobject_cast<QDialog*>(modal)) {
+                dialogs.append(dialog->windowTitle());
+                dialog->reject();
+            }
+            return;
+        }
+        if (box == m_last) {
             return;
         }
         m_last = box;

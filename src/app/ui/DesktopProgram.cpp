@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include "app/Shutdown.h"
+#include "app/ui/MainSetupEffects.h"
 #include "platform/DataFolder.h"
 #include "platform/Drives.h"
 #include "platform/ExecutableSearch.h"
@@ -17,6 +18,8 @@
 #include "playback/ListWriting.h"
 #include "playback/PlayerBridge.h"
 #include "playback/PlaylistCommands.h"
+#include "setup/ui/SessionWindows.h"
+#include "setup/ui/SetupBrowser.h"
 
 namespace jk {
 
@@ -35,19 +38,19 @@ DesktopProgram::DesktopProgram(std::string dataFolder, SessionData& data)
     : m_dataFolder(std::move(dataFolder)),
       m_data(data),
       m_main(m_session),
-      m_front(m_session, m_splash, m_main) {
+      m_front(m_session, m_splash, m_main),
+      m_setupEffects(std::make_unique<MainSetupEffects>(m_session, m_main)) {
     m_main.SetCloseHandler([this] { return CloseRequested(); });
     m_front.saveList = [this] { SaveListClick(); };
     WireSetupWindows();
 }
 
 void DesktopProgram::WireSetupWindows() {
-    // The setup windows join here, each a few lines: the Setup Browser on "&Setup..."
-    // (m_main.Wire("mOptions", ...)) and, modally, on a first run (m_front.setupBrowser = ...);
-    // the Cache Performance window on "&Cache" ("CacheWizard"); the Silent MP3 Wizard
-    // ("SilentMP3Wiz"). What the Setup Browser's "Okay" applies to the main window is there as
-    // Main::ShowGridLines, ApplyDelMode, RelistCurrentFolder, UpdatePlayerMode,
-    // UpdateWindowsMode, SetTop and PlaceSplitters.
+    m_main.Wire("mOptions", [this] { RunSetupBrowser(&m_main, m_session, *m_setupEffects); });
+    m_main.Wire("CacheWizard", [this] { RunCacheWizard(&m_main, m_session); });
+    m_main.Wire("SilentMP3Wiz", [this] { RunSilentWizard(&m_main, m_session); });
+    // A first run: the Setup Browser modally in front of the main window.
+    m_front.setupBrowser = [this] { RunSetupBrowser(&m_main, m_session, *m_setupEffects); };
 }
 
 DesktopProgram::~DesktopProgram() = default;

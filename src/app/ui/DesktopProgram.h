@@ -18,6 +18,7 @@ class QApplication;
 
 namespace jk {
 
+class MainSetupEffects;
 class TerminationWatch;
 
 class DesktopProgram {
@@ -65,6 +66,7 @@ private:
     Splash m_splash;
     Main m_main;
     DesktopFront m_front;
+    std::unique_ptr<MainSetupEffects> m_setupEffects;
     std::unique_ptr<TerminationWatch> m_terminationWatch;
     bool m_shutDown = false;
     bool m_closing = false;  // a shutdown sequence is under way

@@ -1,0 +1,50 @@
+#include "app/ui/MainSetupEffects.h"
+
+#include <QAction>
+
+#include "app/Session.h"
+#include "app/ui/MainWindow.h"
+
+namespace jk {
+
+void MainSetupEffects::SetTop(bool alwaysOnTop) {
+    if (QAction* onTop = m_main.Action("OnTop")) {
+        onTop->setChecked(alwaysOnTop);
+    }
+    m_main.SetTop();
+}
+
+void MainSetupEffects::UpdateWindowsMode(std::int16_t windowsMode) {
+    m_main.UpdateWindowsMode(windowsMode != 0);
+}
+
+void MainSetupEffects::ListCurrentFolderAfresh() {
+    m_main.RelistCurrentFolder();
+}
+
+void MainSetupEffects::ApplyDelMode(bool /*deleteCommandsEnabled*/) {
+    // The window reads DelMode from the settings, which "Okay" has just stored.
+    m_main.ApplyDelMode();
+}
+
+void MainSetupEffects::ShowGridLines(bool on) {
+    m_main.ShowGridLines(on);
+}
+
+void MainSetupEffects::ShowCurrSongChanged(bool /*on*/) {
+    // The playing song reaches the status bar with the player's commands.
+}
+
+void MainSetupEffects::UpdatePlayerMode() {
+    m_main.UpdatePlayerMode(IsWinampOnlyMode(m_session.Settings));
+}
+
+void MainSetupEffects::SetPlayerMode() {
+    // The player's kind and its commands come with the player's part.
+}
+
+void MainSetupEffects::ResizeForm() {
+    m_main.PlaceSplitters();
+}
+
+}  // namespace jk
