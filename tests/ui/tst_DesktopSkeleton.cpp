@@ -9,6 +9,7 @@
 #include <QTest>
 
 #include "DesktopTestSupport.h"
+#include "WindowShots.h"
 #include "app/Messages.h"
 #include "app/Session.h"
 #include "app/ui/DesktopProgram.h"
@@ -48,6 +49,8 @@ void DesktopSkeleton::firstRunWelcomesAndShowsAnUntitledWindow() {
     QCOMPARE(answerer.seen[0].title, QStringLiteral("Welcome!"));
     QCOMPARE(answerer.seen[0].text, QString::fromStdString(jk::WelcomeMessage().text));
     QCOMPARE(answerer.seen[0].icon, QMessageBox::Information);
+    // Then the Setup Browser, modally (closed with Cancel here).
+    QCOMPARE(answerer.dialogs, QStringList{QStringLiteral("Setup")});
 
     jk::Main& main = program.MainWindow();
     QVERIFY(main.isVisible());
@@ -65,8 +68,11 @@ void DesktopSkeleton::firstRunWelcomesAndShowsAnUntitledWindow() {
     QCOMPARE(program.State().Starting, 0);
 
     QVERIFY(QTest::qWaitForWindowExposed(&main));
-    main.grab().save(QStringLiteral("/tmp/jukarra-main.png"));
-    program.SplashWindow().grab().save(QStringLiteral("/tmp/jukarra-splash.png"));
+    jk::test::SaveShot(main, QStringLiteral("first-run"));
+    if (qEnvironmentVariableIsSet("JUKARRA_SCREENSHOT_DIR")) {
+        jk::test::SaveShot(program.SplashWindow(), QStringLiteral("splash"));
+        program.SplashWindow().hide();
+    }
 
     QVERIFY(IniText(dir).isEmpty());  // nothing is written before closing
     QVERIFY(main.close());

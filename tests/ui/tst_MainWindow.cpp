@@ -25,10 +25,13 @@
 #include "app/Session.h"
 #include "app/ui/DesktopProgram.h"
 #include "app/ui/ListPane.h"
+#include "app/ui/MainSetupEffects.h"
 #include "app/ui/ScanStatus.h"
 #include "app/ui/TipsDialog.h"
 #include "browse/FolderTree.h"
 #include "playback/ui/PlaylistModel.h"
+#include "setup/SetupForm.h"
+#include "setup/SetupOkay.h"
 
 using jk::test::BoxAnswerer;
 using jk::test::FileText;
@@ -272,6 +275,7 @@ private Q_SLOTS:
     void columnsAndSortAreKeptThroughTheSettings();
     void aSavedGeometryOffEveryScreenComesBackCentred();
     void cancelAtClosingWritesNothing();
+    void theSetupWindowsOpenAndOkayReachesTheMainWindow();
     void screenshotOfTheWindowWithAFolderAndAPlaylist();
 };
 
@@ -616,6 +620,49 @@ void MainWindowTest::aSavedGeometryOffEveryScreenComesBackCentred() {
         QCOMPARE(main.x(), screen.x() + (screen.width() - main.width()) / 2);
         QVERIFY(main.close());
     }
+}
+
+void MainWindowTest::theSetupWindowsOpenAndOkayReachesTheMainWindow() {
+    QTemporaryDir dir;
+    WritePreviousRun(dir);
+    jk::SessionData data;
+    jk::DesktopProgram program(FolderOf(dir), data);
+    program.Start();
+    jk::Main& main = program.MainWindow();
+
+    // Each command opens its window modally over the main window.
+    {
+        BoxAnswerer answerer({});
+        for (const char* name : {"mOptions", "CacheWizard", "SilentMP3Wiz"}) {
+            QAction* action = main.Action(name);
+            QVERIFY2(action != nullptr && action->isEnabled(), name);
+            action->trigger();
+        }
+        QCOMPARE(answerer.dialogs,
+                 (QStringList{QStringLiteral("Setup"), QStringLiteral("Cache Performance"),
+                              QStringLiteral("Silent MP3 Wizard")}));
+    }
+
+    // "Okay" with grid lines on and deleting disabled: both panes and the commands follow.
+    int playerModes = 0;
+    program.SetupEffectsOfMain().setPlayerMode = [&playerModes] { ++playerModes; };
+    jk::SetupForm form = jk::InitializeSetupForm(program.State().Settings);
+    form["Check11"].checked = true;  // ShowGrid
+    form["Combo11"].choice = 2;      // DelMode "Disabled"
+    jk::SetupOkay(program.State(), form, program.SetupEffectsOfMain());
+    QVERIFY(main.FilesPane().showGrid());
+    QVERIFY(main.PlaylistPane().showGrid());
+    QVERIFY(main.Action("ShowGridlines")->isChecked());
+    QVERIFY(!main.Action("Delete")->isEnabled());
+    QVERIFY(!main.Action("DeleteSelectedSongs")->isEnabled());
+    QCOMPARE(playerModes, 1);
+
+    form["Check11"].checked = false;
+    form["Combo11"].choice = 0;
+    jk::SetupOkay(program.State(), form, program.SetupEffectsOfMain());
+    QVERIFY(!main.FilesPane().showGrid());
+    QVERIFY(!main.Action("ShowGridlines")->isChecked());
+    QCOMPARE(main.Action("DeleteSelectedSongs")->isEnabled(), main.Wired("DeleteSelectedSongs"));
 }
 
 void MainWindowTest::cancelAtClosingWritesNothing() {

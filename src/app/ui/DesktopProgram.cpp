@@ -46,11 +46,23 @@ DesktopProgram::DesktopProgram(std::string dataFolder, SessionData& data)
 }
 
 void DesktopProgram::WireSetupWindows() {
-    m_main.Wire("mOptions", [this] { RunSetupBrowser(&m_main, m_session, *m_setupEffects); });
-    m_main.Wire("CacheWizard", [this] { RunCacheWizard(&m_main, m_session); });
-    m_main.Wire("SilentMP3Wiz", [this] { RunSilentWizard(&m_main, m_session); });
+    m_main.Wire("mOptions", [this] { mOptions_Click(); });
+    m_main.Wire("CacheWizard", [this] { CacheWizard_Click(); });
+    m_main.Wire("SilentMP3Wiz", [this] { SilentMP3Wiz_Click(); });
     // A first run: the Setup Browser modally in front of the main window.
-    m_front.setupBrowser = [this] { RunSetupBrowser(&m_main, m_session, *m_setupEffects); };
+    m_front.setupBrowser = [this] { mOptions_Click(); };
+}
+
+void DesktopProgram::mOptions_Click() {
+    RunSetupBrowser(&m_main, m_session, *m_setupEffects);
+}
+
+void DesktopProgram::CacheWizard_Click() {
+    RunCacheWizard(&m_main, m_session);
+}
+
+void DesktopProgram::SilentMP3Wiz_Click() {
+    RunSilentWizard(&m_main, m_session);
 }
 
 DesktopProgram::~DesktopProgram() = default;

@@ -53,12 +53,18 @@ public:
     Main& MainWindow() { return m_main; }
     Splash& SplashWindow() { return m_splash; }
     DesktopFront& Front() { return m_front; }
+    // What the Setup Browser's "Okay" applies to the main window; the player's part fills its
+    // player seams.
+    MainSetupEffects& SetupEffectsOfMain() { return *m_setupEffects; }
     // True once the shutdown sequence has run to its end.
     bool ShutDown() const { return m_shutDown; }
 
 private:
     bool CloseRequested();
     void WireSetupWindows();
+    void mOptions_Click();
+    void CacheWizard_Click();
+    void SilentMP3Wiz_Click();
 
     std::string m_dataFolder;
     SessionData& m_data;

@@ -31,8 +31,10 @@ void MainSetupEffects::ShowGridLines(bool on) {
     m_main.ShowGridLines(on);
 }
 
-void MainSetupEffects::ShowCurrSongChanged(bool /*on*/) {
-    // The playing song reaches the status bar with the player's commands.
+void MainSetupEffects::ShowCurrSongChanged(bool on) {
+    if (showCurrSongChanged) {
+        showCurrSongChanged(on);
+    }
 }
 
 void MainSetupEffects::UpdatePlayerMode() {
@@ -40,7 +42,9 @@ void MainSetupEffects::UpdatePlayerMode() {
 }
 
 void MainSetupEffects::SetPlayerMode() {
-    // The player's kind and its commands come with the player's part.
+    if (setPlayerMode) {
+        setPlayerMode();
+    }
 }
 
 void MainSetupEffects::ResizeForm() {

@@ -2,6 +2,8 @@
 
 // What the Setup Browser's "Okay" applies to the main window, passed on to it.
 
+#include <functional>
+
 #include "setup/SetupOkay.h"
 
 namespace jk {
@@ -22,6 +24,12 @@ public:
     void UpdatePlayerMode() override;
     void SetPlayerMode() override;
     void ResizeForm() override;
+
+    // What the player's part fills: the player's kind and its commands from the settings as
+    // "Okay" left them, and the playing song shown in the status bar or not. Empty, nothing
+    // happens.
+    std::function<void()> setPlayerMode;
+    std::function<void(bool)> showCurrSongChanged;
 
 private:
     Session& m_session;

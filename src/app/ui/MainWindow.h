@@ -79,11 +79,9 @@ public:
     // is enabled from now on. This is how other parts of the program bring their commands.
     void Wire(std::string_view name, std::function<void()> handler);
     bool Wired(std::string_view name) const;
-    // The Setup Browser's hooks, empty until the setup windows are wired: the "Okay" of the
-    // Setup Browser calls the Apply functions below.
     QToolBar* Toolbar() const { return m_toolbar; }
 
-    // ---- What start-up, shutdown and the Setup Browser apply ----
+    // ---- What start-up, shutdown and the Setup Browser apply (through MainSetupEffects) ----
     void InitializeTree();
     void ShowGridLines(bool on);
     void ApplyColumnOrders(const std::string& files, const std::string& playlist);
