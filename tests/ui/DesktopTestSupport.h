@@ -15,6 +15,8 @@
 #include <QTest>
 #include <QTimer>
 
+#include "WindowShots.h"
+
 #include "app/ProfileFile.h"
 #include "app/Session.h"
 #include "playback/SongRows.h"
@@ -46,6 +48,7 @@ private:
         if (box == nullptr) {
             if (auto* dialog = qobject_cast<QDialog*>(modal)) {
                 dialogs.append(dialog->windowTitle());
+                SaveShotNow(*dialog, QStringLiteral("dialog-") + dialog->windowTitle());
                 dialog->reject();
             }
             return;

@@ -12,16 +12,24 @@
 
 namespace jk::test {
 
-inline void SaveShot(QWidget& window, const QString& name) {
+// A window already on screen, as it stands, without turning the event loop.
+inline void SaveShotNow(QWidget& window, const QString& name) {
     const QByteArray folder = qgetenv("JUKARRA_SCREENSHOT_DIR");
     if (folder.isEmpty()) {
         return;
     }
-    window.show();
-    QTest::qWait(50);  // let the window paint at its own size
     const QString path =
         QDir(QString::fromLocal8Bit(folder)).filePath(name + QStringLiteral(".png"));
     QVERIFY2(window.grab().save(path), qPrintable(path));
+}
+
+inline void SaveShot(QWidget& window, const QString& name) {
+    if (qEnvironmentVariableIsEmpty("JUKARRA_SCREENSHOT_DIR")) {
+        return;
+    }
+    window.show();
+    QTest::qWait(50);  // let the window paint at its own size
+    SaveShotNow(window, name);
 }
 
 }  // namespace jk::test

@@ -21,6 +21,7 @@
 #include <QTreeView>
 
 #include "DesktopTestSupport.h"
+#include "WindowShots.h"
 #include "app/CommandSurface.h"
 #include "app/Session.h"
 #include "app/ui/DesktopProgram.h"
@@ -700,7 +701,7 @@ void MainWindowTest::cancelAtClosingWritesNothing() {
 }
 
 void MainWindowTest::screenshotOfTheWindowWithAFolderAndAPlaylist() {
-    // Under Xvfb (JUKARRA_SCREENSHOTS names a folder) the window is grabbed for a person to
+    // Under Xvfb (JUKARRA_SCREENSHOT_DIR names a folder) the window is grabbed for a person to
     // look at; the offscreen run checks that it paints.
     QTemporaryDir dir;
     WritePreviousRun(dir);
@@ -714,12 +715,8 @@ void MainWindowTest::screenshotOfTheWindowWithAFolderAndAPlaylist() {
     main.PlaylistPane().selectRow(1);
     QVERIFY(QTest::qWaitForWindowExposed(&main));
     QTest::qWait(100);  // the status bar lays out its panels
-    const QImage shot = main.grab().toImage();
-    QVERIFY(!shot.isNull());
-    const QByteArray folder = qgetenv("JUKARRA_SCREENSHOTS");
-    if (!folder.isEmpty()) {
-        QVERIFY(shot.save(QString::fromLocal8Bit(folder) + QStringLiteral("/main.png")));
-    }
+    QVERIFY(!main.grab().toImage().isNull());
+    jk::test::SaveShot(main, QStringLiteral("main"));
     BoxAnswerer answerer({QMessageBox::No});
     QVERIFY(main.close());
 }
