@@ -111,6 +111,14 @@ std::vector<SetupControl> BuildControls() {
     c.push_back(Check("mPlayer", "Check10",
                       "Automatically load player at Jukarra startup, if necessary.",
                       "AutoLoadPlayer"));
+    c.push_back({.page = "mPlayer",
+                 .name = "txtMprisPlayer",
+                 .kind = Kind::Text,
+                 .caption = "MPRIS player:",
+                 .key = "MprisPlayer",
+                 .help = "Steers the player over the desktop's media bus by its name there "
+                         "(\"vlc\", \"mpv\"), whatever the executable above. Empty: by "
+                         "the executable."});
 
     c.push_back(Check("mIntro", "Check3", "Enable IntroPlay mode", "IntroPlay",
                       "Plays a few seconds of each song in the playlist, one song after "
@@ -237,8 +245,8 @@ std::vector<SetupDependency> BuildDependencies() {
 }
 
 // The keys of the pages in the order "Okay" always stored them; the player path stands where
-// the program stored it.
-constexpr std::array<std::string_view, 32> kStoredOrder = {
+// the program stored it. This build's own keys follow, in the order of their controls.
+constexpr std::array<std::string_view, 34> kStoredOrder = {
     "DoubleClickFiles", "DoubleClickList", "FilesDelKey",
     "SongsDelKey",      kPlayerKey,        "MaxCache",
     "ExpireMode",       "WindowsMode",     "FilenameMode",
@@ -249,7 +257,8 @@ constexpr std::array<std::string_view, 32> kStoredOrder = {
     "AutoOpt",          "NoAutoOpt",       "NeverAsk",
     "Autocomplete",     "HideGhosts",      "AutoLoadPlayer",
     "ShowGrid",         "RelativePaths",   "ShowCurrSong",
-    "NeverAskSave",     "LayoutMode",
+    "NeverAskSave",     "LayoutMode",      "QuickShuffle",
+    "AutoMinimize",
 };
 
 }  // namespace

@@ -109,14 +109,15 @@ TEST(SetupForm, OpensWithTheSettingsAndStoresThemBackUnchanged) {
 TEST(SetupForm, ControlsChangeTheirKeysByKind) {
     Settings settings = Defaults();
     SetupForm form = InitializeSetupForm(settings);
-    form["Check10"].checked = false;    // AutoLoadPlayer
-    form["Text2"].text = " 30 ";        // IntroSkip, trimmed and read as a number
-    form["Text3"].text = "99999";       // IntroLength, brought inside 16 bits
-    form["Combo8"].choice = 2;          // WindowsMode
-    form["Option3"].choice = 0;         // QuickShuffle: the simple shuffle
-    form["Option1"].choice = 0;         // NeverAskSave
-    form["cboTagCodepage"].choice = 1;  // TagCodepage
-    form["Check1"].checked = true;      // RememberList, held as text
+    form["Check10"].checked = false;        // AutoLoadPlayer
+    form["Text2"].text = " 30 ";            // IntroSkip, trimmed and read as a number
+    form["Text3"].text = "99999";           // IntroLength, brought inside 16 bits
+    form["Combo8"].choice = 2;              // WindowsMode
+    form["Option3"].choice = 0;             // QuickShuffle: the simple shuffle
+    form["Option1"].choice = 0;             // NeverAskSave
+    form["cboTagCodepage"].choice = 1;      // TagCodepage
+    form["Check1"].checked = true;          // RememberList, held as text
+    form["txtMprisPlayer"].text = " vlc ";  // MprisPlayer, trimmed
     StoreSetupForm(form, settings);
     EXPECT_EQ(settings.AutoLoadPlayer, 0);
     EXPECT_EQ(settings.IntroSkip, 30);
@@ -126,6 +127,7 @@ TEST(SetupForm, ControlsChangeTheirKeysByKind) {
     EXPECT_EQ(settings.NeverAskSave, 1);
     EXPECT_EQ(settings.TagCodepage, "windows-1250");
     EXPECT_EQ(settings.RememberList, "1");
+    EXPECT_EQ(settings.MprisPlayer, "vlc");
 }
 
 TEST(SetupForm, AValueOutsideAListShowsNoChoiceAndIsKept) {
