@@ -645,18 +645,21 @@ void MainWindowTest::theSetupWindowsOpenAndOkayReachesTheMainWindow() {
     }
 
     // "Okay" with grid lines on and deleting disabled: both panes and the commands follow.
-    int playerModes = 0;
-    program.SetupEffectsOfMain().setPlayerMode = [&playerModes] { ++playerModes; };
     jk::SetupForm form = jk::InitializeSetupForm(program.State().Settings);
-    form["Check11"].checked = true;  // ShowGrid
-    form["Combo11"].choice = 2;      // DelMode "Disabled"
+    form["Check11"].checked = true;       // ShowGrid
+    form["Combo11"].choice = 2;           // DelMode "Disabled"
+    form["txtMprisPlayer"].text = "vlc";  // a player steered over the media bus
     jk::SetupOkay(program.State(), form, program.SetupEffectsOfMain());
     QVERIFY(main.FilesPane().showGrid());
     QVERIFY(main.PlaylistPane().showGrid());
     QVERIFY(main.Action("ShowGridlines")->isChecked());
     QVERIFY(!main.Action("Delete")->isEnabled());
     QVERIFY(!main.Action("DeleteSelectedSongs")->isEnabled());
-    QCOMPARE(playerModes, 1);
+    // The player's commands follow the player just chosen.
+    QCOMPARE(program.State().PlayerKind, 7);
+    const jk::PlayerCommandSet shown = jk::ShownPlayerCommands(7, {});
+    QCOMPARE(main.Action("VolumeUp")->isVisible(), shown.Has(jk::PlayerCommand::VolumeUp));
+    QCOMPARE(main.Action("WinAMP_GEQ")->isVisible(), shown.Has(jk::PlayerCommand::Equalizer));
 
     form["Check11"].checked = false;
     form["Combo11"].choice = 0;

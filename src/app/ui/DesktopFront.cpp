@@ -167,8 +167,8 @@ void DesktopFront::ApplyColumnOrders(std::string_view files, std::string_view pl
     m_main.ApplyColumnOrders(std::string(files), std::string(playlist));
 }
 
-void DesktopFront::UpdatePlayerMode(bool winampOnly) {
-    m_main.UpdatePlayerMode(winampOnly);
+void DesktopFront::UpdatePlayerMode(const PlayerMode& mode) {
+    m_main.UpdatePlayerMode(mode);
 }
 
 void DesktopFront::SetIntroPlayPressed(bool pressed) {

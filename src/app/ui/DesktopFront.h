@@ -49,7 +49,7 @@ public:
     void CheckOnTop(bool checked) override;
     void SetTop() override;
     void ApplyColumnOrders(std::string_view files, std::string_view playlist) override;
-    void UpdatePlayerMode(bool winampOnly) override;
+    void UpdatePlayerMode(const PlayerMode& mode) override;
     void SetIntroPlayPressed(bool pressed) override;
     void UpdateWindowsMode(bool trayIcon) override;
     void SetViewChecks(bool files, bool folders, bool playlist) override;

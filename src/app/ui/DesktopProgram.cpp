@@ -39,7 +39,7 @@ DesktopProgram::DesktopProgram(std::string dataFolder, SessionData& data)
       m_data(data),
       m_main(m_session),
       m_front(m_session, m_splash, m_main),
-      m_setupEffects(std::make_unique<MainSetupEffects>(m_session, m_main)) {
+      m_setupEffects(std::make_unique<MainSetupEffects>(m_session, m_data, m_main)) {
     m_main.SetCloseHandler([this] { return CloseRequested(); });
     m_front.saveList = [this] { SaveListClick(); };
     WireSetupWindows();

@@ -1,6 +1,8 @@
 // The main window's menus, pop-ups, toolbar and tray menu, built from the command surface's
 // tables, and the one place where the commands built so far are bound to their handlers.
 
+#include <utility>
+
 #include <QAction>
 #include <QApplication>
 #include <QLabel>
@@ -25,11 +27,21 @@ QString Text(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-// The Winamp-only commands: shown only when the player can carry them out.
-constexpr std::string_view kWinampOnly[] = {"PlayerBack",      "AheadPlayer",   "VolumeDown",
-                                            "VolumeUp",        "VolumeFade",    "WinAMP_GEQ",
-                                            "WinAMP_Selector", "WinAMP_PlugIn", "WinAMP_Execute",
-                                            "MinimizePlayer",  "RestorePlayer", "ClosePlayer"};
+// The commands that Winamp alone once carried out, each shown when the player can carry it out.
+constexpr std::pair<std::string_view, PlayerCommand> kPlayerOnly[] = {
+    {"PlayerBack", PlayerCommand::SkipBack},
+    {"AheadPlayer", PlayerCommand::SkipAhead},
+    {"VolumeDown", PlayerCommand::VolumeDown},
+    {"VolumeUp", PlayerCommand::VolumeUp},
+    {"VolumeFade", PlayerCommand::Fade},
+    {"WinAMP_GEQ", PlayerCommand::Equalizer},
+    {"WinAMP_Selector", PlayerCommand::Selector},
+    {"WinAMP_PlugIn", PlayerCommand::PlugInProperties},
+    {"WinAMP_Execute", PlayerCommand::PlugInRun},
+    {"MinimizePlayer", PlayerCommand::Minimize},
+    {"RestorePlayer", PlayerCommand::Restore},
+    {"ClosePlayer", PlayerCommand::Close},
+};
 
 // The commands that delete files, switched off by DelMode 2.
 constexpr std::string_view kDeleteCommands[] = {"DeleteSong", "Delete", "DeleteSelectedSongs"};
@@ -225,13 +237,13 @@ void Main::ApplyDelMode() {
     UpdateCommandStates();
 }
 
-void Main::UpdatePlayerMode(bool winampOnly) {
-    for (const std::string_view name : kWinampOnly) {
+void Main::UpdatePlayerMode(const PlayerMode& mode) {
+    for (const auto& [name, command] : kPlayerOnly) {
         if (QAction* action = Action(name)) {
-            action->setVisible(winampOnly);
+            action->setVisible(mode.shown.Has(command));
         }
     }
-    m_panels[6]->setVisible(winampOnly);
+    m_panels[6]->setVisible(mode.volumePanel);
 }
 
 void Main::UpdateWindowsMode(bool trayIcon) {

@@ -3,6 +3,7 @@
 #include <QAction>
 
 #include "app/Session.h"
+#include "app/SessionData.h"
 #include "app/ui/MainWindow.h"
 
 namespace jk {
@@ -38,13 +39,13 @@ void MainSetupEffects::ShowCurrSongChanged(bool on) {
 }
 
 void MainSetupEffects::UpdatePlayerMode() {
-    m_main.UpdatePlayerMode(IsWinampOnlyMode(m_session.Settings));
+    m_main.UpdatePlayerMode(m_data.UpdatePlayerMode(m_session));
 }
 
 void MainSetupEffects::SetPlayerMode() {
-    if (setPlayerMode) {
-        setPlayerMode();
-    }
+    m_data.SetPlayerMode(m_session);
+    // The commands follow the player just chosen, not the one UpdatePlayerMode saw.
+    m_main.UpdatePlayerMode(m_data.UpdatePlayerMode(m_session));
 }
 
 void MainSetupEffects::ResizeForm() {

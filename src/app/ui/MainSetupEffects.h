@@ -9,11 +9,13 @@
 namespace jk {
 
 class Main;
+class SessionData;
 struct Session;
 
 class MainSetupEffects final : public SetupEffects {
 public:
-    MainSetupEffects(Session& session, Main& main) : m_session(session), m_main(main) {}
+    MainSetupEffects(Session& session, SessionData& data, Main& main)
+        : m_session(session), m_data(data), m_main(main) {}
 
     void SetTop(bool alwaysOnTop) override;
     void UpdateWindowsMode(std::int16_t windowsMode) override;
@@ -25,14 +27,13 @@ public:
     void SetPlayerMode() override;
     void ResizeForm() override;
 
-    // What the player's part fills: the player's kind and its commands from the settings as
-    // "Okay" left them, and the playing song shown in the status bar or not. Empty, nothing
-    // happens.
-    std::function<void()> setPlayerMode;
+    // What the playing song's display fills: the song shown in the status bar or not. Empty,
+    // nothing happens.
     std::function<void(bool)> showCurrSongChanged;
 
 private:
     Session& m_session;
+    SessionData& m_data;
     Main& m_main;
 };
 

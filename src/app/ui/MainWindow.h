@@ -18,6 +18,7 @@
 #include <QMainWindow>
 
 #include "listing/RowClipboard.h"
+#include "playback/PlayerCommands.h"
 
 class QAction;
 class QLabel;
@@ -89,7 +90,8 @@ public:
     void PlaceSplitters();
     void SetTop();
     void UpdateWindowsMode(bool trayIcon);
-    void UpdatePlayerMode(bool winampOnly);
+    // The remote commands the player can carry out shown, the others hidden; the volume panel.
+    void UpdatePlayerMode(const PlayerMode& mode);
     // DelMode 2 switches the delete commands off; the others on.
     void ApplyDelMode();
     // The current folder listed afresh (a new file filter).

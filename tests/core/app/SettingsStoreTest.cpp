@@ -55,8 +55,8 @@ TEST(SettingsTable, HoldsEachKeyOnceInTheFileOrderOfSections) {
         EXPECT_TRUE(names.insert(ToLower(SettingName(field))).second) << SettingName(field);
     }
     EXPECT_EQ(seen, order);
-    // 353 of the Windows program, the extensions, and widths for the files and playlist panes' (and the
-    // clipboard viewer's) columns 10 to 12.
+    // 353 of the Windows program, the extensions, and widths for the files and playlist panes' (and
+    // the clipboard viewer's) columns 10 to 12.
     EXPECT_EQ(SettingsTable().size(), 365u);
     EXPECT_EQ(SettingName(SettingsTable().front()), "INIexists.Check");
     EXPECT_EQ(SettingName(SettingsTable().back()), "Options.SafeCatalogue");
