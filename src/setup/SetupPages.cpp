@@ -229,6 +229,12 @@ std::vector<SetupControl> BuildControls() {
                               "A new code page empties the song cache, so that songs are "
                               "read again in it."};
     c.push_back(std::move(codepage));
+    c.push_back(InGroup(Check("mAdvanced", "chkDiscIdentity",
+                              "Recognise catalogued discs when they are inserted", "DiscIdentity"),
+                        "Virtual drives"));
+    c.push_back(InGroup(Check("mAdvanced", "chkSafeCatalogue",
+                              "Save the virtual drives after each change", "SafeCatalogue"),
+                        "Virtual drives"));
     c.push_back(InGroup(Check("mAdvanced", "chkHTMLEscape",
                               "Escape &, <, > and quotes in published HTML pages", "HTMLEscape"),
                         "Publishing"));

@@ -118,6 +118,7 @@ TEST(SetupForm, ControlsChangeTheirKeysByKind) {
     form["cboTagCodepage"].choice = 1;      // TagCodepage
     form["Check1"].checked = true;          // RememberList, held as text
     form["txtMprisPlayer"].text = " vlc ";  // MprisPlayer, trimmed
+    form["chkSafeCatalogue"].checked = false;
     StoreSetupForm(form, settings);
     EXPECT_EQ(settings.AutoLoadPlayer, 0);
     EXPECT_EQ(settings.IntroSkip, 30);
@@ -128,6 +129,8 @@ TEST(SetupForm, ControlsChangeTheirKeysByKind) {
     EXPECT_EQ(settings.TagCodepage, "windows-1250");
     EXPECT_EQ(settings.RememberList, "1");
     EXPECT_EQ(settings.MprisPlayer, "vlc");
+    EXPECT_EQ(settings.SafeCatalogue, 0);
+    EXPECT_EQ(settings.DiscIdentity, 1);
 }
 
 TEST(SetupForm, AValueOutsideAListShowsNoChoiceAndIsKept) {
