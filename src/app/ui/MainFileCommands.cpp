@@ -120,7 +120,7 @@ void Main::OpenListFile(const std::string& path) {
     if (path.empty()) {
         return;
     }
-    SongLookupContext lookup = MakeSongLookupContext(m_session);
+    SongLookup lookup = MakeSongLookup(m_session);
     ListReadResult result;
     m_playlistModel->ChangeAll([&](RowList&) {
         result = OpenList(m_session.Playlist, path, CachedSongSource(lookup),
@@ -149,7 +149,7 @@ void Main::AppendToList_Click() {
     if (path.empty()) {
         return;
     }
-    SongLookupContext lookup = MakeSongLookupContext(m_session);
+    SongLookup lookup = MakeSongLookup(m_session);
     RowList added;
     const ListReadResult result =
         AppendListNow(path, added, CachedSongSource(lookup), m_session.Settings.HideGhosts);

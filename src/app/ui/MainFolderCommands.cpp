@@ -17,9 +17,9 @@
 #include "app/ui/MainWindow.h"
 #include "app/ui/ScanFeeder.h"
 #include "app/ui/ScanStatus.h"
-#include "browse/CacheScan.h"
 #include "browse/FolderScan.h"
 #include "browse/FolderTree.h"
+#include "browse/ScanAddSong.h"
 #include "browse/ui/FolderTreeModel.h"
 #include "listing/RowCopy.h"
 #include "listing/RowEditing.h"
@@ -56,8 +56,13 @@ void Main::SetBusy(bool busy) {
     m_playlistPane->setAcceptDrops(!busy);
 }
 
-ScanSetup Main::MakeScanSetup(SongLookupContext& ctx, ScanFeeder& feeder) {
-    return CacheScanSetup(ctx, *m_lister, m_session.Settings.FilterMode, feeder.Progress());
+ScanSetup Main::MakeScanSetup(SongLookup& ctx, ScanFeeder& feeder) {
+    ScanSetup setup;
+    setup.Lister = m_lister.get();
+    setup.FilterMode = m_session.Settings.FilterMode;
+    setup.Lookup = &ctx;
+    setup.Progress = feeder.Progress();
+    return setup;
 }
 
 void Main::TreeClicked(const QModelIndex& index) {
@@ -88,7 +93,7 @@ void Main::ListFolder(std::string path) {
     m_abortListing = false;
     m_busy = true;
     m_treeView->setEnabled(true);  // a click on another folder takes over
-    SongLookupContext lookup = MakeSongLookupContext(m_session);
+    SongLookup lookup = MakeSongLookup(m_session);
     ScanFeeder feeder(
         *m_filesModel,
         [this](const ScanProgress& progress) {
@@ -217,7 +222,7 @@ void Main::RunWalk(const QString& title, const WalkFn& walk) {
     SetBusy(true);
     SetPanelText(QString::fromUtf8(kRecursingStatus.data(),
                                    static_cast<qsizetype>(kRecursingStatus.size())));
-    SongLookupContext lookup = MakeSongLookupContext(m_session);
+    SongLookup lookup = MakeSongLookup(m_session);
     ScanFeeder feeder(
         *m_playlistModel, [this](const ScanProgress& progress) { m_scanStatus->Show(progress); },
         [this] { return m_scanStatus->AbortAsked() || m_abortListing; });
@@ -315,7 +320,7 @@ void Main::AddDroppedFiles(const QList<QUrl>& urls, int row) {
         (FolderExists(path.toStdString()) ? folders : songs).push_back(path.toStdString());
     }
     if (!songs.empty()) {
-        SongLookupContext lookup = MakeSongLookupContext(m_session);
+        SongLookup lookup = MakeSongLookup(m_session);
         RowList added;
         for (const std::string& song : songs) {
             RowList one;

@@ -41,7 +41,7 @@ class ScanFeeder;
 class TipsDialog;
 class ScanStatus;
 struct ScanResult;
-struct SongLookupContext;
+struct SongLookup;
 struct ScanSetup;
 struct Session;
 struct Settings;
@@ -262,7 +262,7 @@ private:
     void TreeClicked(const QModelIndex& index);
     void ListFolder(std::string path);
     void SelectTreeNode(const std::string& path);
-    ScanSetup MakeScanSetup(SongLookupContext& ctx, ScanFeeder& feeder);
+    ScanSetup MakeScanSetup(SongLookup& ctx, ScanFeeder& feeder);
     using WalkFn = std::function<ScanResult(RowList& rows, const ScanSetup& setup)>;
     void RunWalk(const QString& title, const WalkFn& walk);
     void SetBusy(bool busy);

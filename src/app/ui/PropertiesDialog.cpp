@@ -33,9 +33,9 @@ QLineEdit* Field(const std::string& text, int width, QWidget* parent) {
     return edit;
 }
 
-SongInfo ReadSong(Session& session, std::string path) {
-    SongLookupContext lookup = MakeSongLookupContext(session);
-    return GetSongInfo(path, false, lookup);
+SongInfo ReadSong(Session& session, const std::string& path) {
+    SongLookup lookup = MakeSongLookup(session);
+    return GetSongInfo(path, lookup);
 }
 
 }  // namespace
@@ -147,7 +147,7 @@ void PropertiesDialog::accept() {
 }
 
 void PropertiesDialog::UpdateRow(ListRow& row) const {
-    const ListRow fresh = FilesPaneRow(m_song, m_path);
+    const ListRow fresh = FilesPaneRow(m_song);
     const bool selected = row.Selected();
     row = fresh;
     row.SetSelected(selected);
