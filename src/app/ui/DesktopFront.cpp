@@ -4,13 +4,13 @@
 #include <vector>
 
 #include <QAction>
-
 #include <QGuiApplication>
 #include <QMessageBox>
 #include <QScreen>
 
 #include "app/Session.h"
 #include "app/WindowPlacement.h"
+#include "app/ui/MainPlayer.h"
 #include "app/ui/MainWindow.h"
 #include "app/ui/Splash.h"
 
@@ -168,7 +168,7 @@ void DesktopFront::ApplyColumnOrders(std::string_view files, std::string_view pl
 }
 
 void DesktopFront::UpdatePlayerMode(const PlayerMode& mode) {
-    m_main.UpdatePlayerMode(mode);
+    ShowPlayerMode(m_main, mode);
 }
 
 void DesktopFront::SetIntroPlayPressed(bool pressed) {

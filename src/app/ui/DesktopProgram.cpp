@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include "app/Shutdown.h"
+#include "app/ui/MainPlayer.h"
 #include "app/ui/MainSetupEffects.h"
 #include "platform/DataFolder.h"
 #include "platform/Drives.h"
@@ -66,6 +67,10 @@ void DesktopProgram::SilentMP3Wiz_Click() {
 }
 
 DesktopProgram::~DesktopProgram() = default;
+
+void DesktopProgram::UsePlayer(PlayerBridge& bridge) {
+    m_player = std::make_unique<MainPlayer>(m_session, m_main, m_front, bridge, *m_setupEffects);
+}
 
 StartupResult DesktopProgram::Start() {
     m_splash.show();
@@ -181,6 +186,7 @@ int RunDesktopProgram(QApplication& app) {
     PlayerBridge player(playerPlatform);
     data.UsePlayer(&player);
     DesktopProgram program(folder.path, data);
+    program.UsePlayer(player);
     lock.ListenForRaise([&program] { program.RaiseFromOtherStart(); });
     program.WatchTerminationSignals();
     program.Start();

@@ -18,7 +18,9 @@ class QApplication;
 
 namespace jk {
 
+class MainPlayer;
 class MainSetupEffects;
+class PlayerBridge;
 class TerminationWatch;
 
 class DesktopProgram {
@@ -29,6 +31,11 @@ public:
     DesktopProgram(const DesktopProgram&) = delete;
     DesktopProgram& operator=(const DesktopProgram&) = delete;
 
+    // The play, queue and remote commands, IntroPlay and the player's panels, through `bridge`
+    // (which the session data's player steps use too); before Start. Without it those
+    // commands stay disabled.
+    void UsePlayer(PlayerBridge& bridge);
+    MainPlayer* Player() { return m_player.get(); }
     // Shows the splash and runs start-up; the main window is up when it returns.
     StartupResult Start();
     // Brings the program to the front for a second start.
@@ -73,6 +80,7 @@ private:
     Main m_main;
     DesktopFront m_front;
     std::unique_ptr<MainSetupEffects> m_setupEffects;
+    std::unique_ptr<MainPlayer> m_player;
     std::unique_ptr<TerminationWatch> m_terminationWatch;
     bool m_shutDown = false;
     bool m_closing = false;  // a shutdown sequence is under way

@@ -4,6 +4,7 @@
 
 #include "app/Session.h"
 #include "app/SessionData.h"
+#include "app/ui/MainPlayer.h"
 #include "app/ui/MainWindow.h"
 
 namespace jk {
@@ -39,13 +40,13 @@ void MainSetupEffects::ShowCurrSongChanged(bool on) {
 }
 
 void MainSetupEffects::UpdatePlayerMode() {
-    m_main.UpdatePlayerMode(m_data.UpdatePlayerMode(m_session));
+    ShowPlayerMode(m_main, m_data.UpdatePlayerMode(m_session));
 }
 
 void MainSetupEffects::SetPlayerMode() {
     m_data.SetPlayerMode(m_session);
     // The commands follow the player just chosen, not the one UpdatePlayerMode saw.
-    m_main.UpdatePlayerMode(m_data.UpdatePlayerMode(m_session));
+    ShowPlayerMode(m_main, m_data.UpdatePlayerMode(m_session));
 }
 
 void MainSetupEffects::ResizeForm() {

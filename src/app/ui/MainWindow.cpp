@@ -157,20 +157,23 @@ void Main::PlaceSplitters() {
 }
 
 void Main::BuildStatusBar() {
-    m_panels.assign(7, nullptr);
+    m_panels.assign(8, nullptr);
     m_panels[1] = Panel(this, "Panel1");  // the files pane: its folder and songs
     m_panels[2] = Panel(this, "Panel2");  // the playlist: songs, time and size
     m_panels[3] = Panel(this, "Panel3");  // the selection
     m_panels[4] = Panel(this, "Panel4");  // the song playing, when a player reports one
     m_panels[5] = Panel(this, "Panel5");  // the walk's status and the shutdown's steps
     m_panels[6] = Panel(this, "Panel6");  // the player's volume
+    m_panels[7] = Panel(this, "Panel7");  // the player's time, or "Pause"
     statusBar()->addWidget(m_panels[5], 1);
+    statusBar()->addWidget(m_panels[7]);
     statusBar()->addWidget(m_panels[4]);
     for (const int panel : {1, 2, 3, 6}) {
         statusBar()->addPermanentWidget(m_panels[static_cast<std::size_t>(panel)]);
     }
     m_panels[4]->hide();
     m_panels[6]->hide();
+    m_panels[7]->hide();
     statusBar()->setSizeGripEnabled(true);
 }
 
@@ -191,6 +194,16 @@ QString Main::PanelText() const {
 
 void Main::SetVolumeText(const QString& text) {
     m_panels[6]->setText(text);
+}
+
+void Main::SetTimeText(const QString& text) {
+    m_panels[7]->setText(text);
+    m_panels[7]->setVisible(!text.isEmpty());
+}
+
+void Main::SetSongText(const QString& text) {
+    m_panels[4]->setText(text);
+    m_panels[4]->setVisible(!text.isEmpty());
 }
 
 void Main::RaiseFromOtherStart() {

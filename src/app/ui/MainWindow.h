@@ -65,6 +65,10 @@ public:
     QString PanelText() const;
     // Panel 6: the player's volume, shown with the Winamp-only commands.
     void SetVolumeText(const QString& text);
+    // Panel 7 and panel 4: the player's time (or "Pause") and the song it plays; each shows
+    // only while it has a text.
+    void SetTimeText(const QString& text);
+    void SetSongText(const QString& text);
     // Brings the window to the front when a second start of the program asks for it.
     void RaiseFromOtherStart();
     // Replaces the file dialogs (tests).
@@ -283,7 +287,7 @@ private:
     QSplitter* m_outer = nullptr;  // Splitter: the tree beside the rest
     QSplitter* m_inner = nullptr;  // Splitter2: the files above the playlist
     QToolBar* m_toolbar = nullptr;
-    std::vector<QLabel*> m_panels;  // index 1..6
+    std::vector<QLabel*> m_panels;  // index 1..7
     QSystemTrayIcon* m_tray = nullptr;
     QMenu* m_trayMenu = nullptr;
     ScanStatus* m_scanStatus = nullptr;
