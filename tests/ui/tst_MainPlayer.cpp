@@ -1,0 +1,145 @@
+// The player's side of the main window under the offscreen platform, against a recording
+// player: the remote items and transport keys reach it, the items it cannot carry out are
+// hidden, the play items hand the playlist over, IntroPlay's key switches the setting, and the
+// status bar shows the player's time, song and volume.
+
+#include <algorithm>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include <QAction>
+#include <QLabel>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "DesktopTestSupport.h"
+#include "WindowShots.h"
+#include "app/Session.h"
+#include "app/ui/DesktopProgram.h"
+#include "app/ui/ListPane.h"
+#include "app/ui/MainPlayer.h"
+#include "app/ui/MainSetupEffects.h"
+#include "platform/SystemPlayerPlatform.h"
+#include "playback/PlayerBridge.h"
+#include "playback/PlayerTransport.h"
+#include "playback/ui/PlaylistModel.h"
+
+using jk::test::FolderOf;
+using jk::test::WritePreviousRun;
+
+namespace {
+
+// Records each call as a word; reports the state it is given.
+class RecordingPlayer final : public jk::PlayerTransport {
+public:
+    explicit RecordingPlayer(std::vector<std::string>& calls) : m_calls(calls) {}
+    jk::PlayerStatus status;
+
+    bool Running() override { return true; }
+    void Play() override { m_calls.emplace_back("Play"); }
+    void Pause() override { m_calls.emplace_back("Pause"); }
+    void Stop() override { m_calls.emplace_back("Stop"); }
+    void Next() override { m_calls.emplace_back("Next"); }
+    void Previous() override { m_calls.emplace_back("Previous"); }
+    bool HasMessageRoad() override { return true; }
+    void ClearList() override { m_calls.emplace_back("Clear"); }
+    jk::AddResult AddSongs(std::span<const std::string> paths) override {
+        for (const std::string& path : paths) {
+            m_calls.push_back("Add " + path);
+        }
+        return jk::AddResult::Added;
+    }
+    jk::PlayerStatus Status() override { return status; }
+
+private:
+    std::vector<std::string>& m_calls;
+};
+
+}  // namespace
+
+class MainPlayerTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theWindowSteersThePlayerItNames();
+};
+
+void MainPlayerTest::theWindowSteersThePlayerItNames() {
+    QTemporaryDir dir;
+    WritePreviousRun(dir);
+    std::vector<std::string> calls;
+    RecordingPlayer* player = nullptr;
+    jk::SystemPlayerPlatform platform;
+    jk::PlayerBridge bridge(platform, {}, [&](const jk::PlayerTarget&) {
+        auto made = std::make_unique<RecordingPlayer>(calls);
+        player = made.get();
+        return made;
+    });
+    jk::SessionData data;
+    data.UsePlayer(&bridge);
+    jk::DesktopProgram program(FolderOf(dir), data);
+    program.UsePlayer(bridge);
+    program.Start();
+    jk::Main& main = program.MainWindow();
+    jk::Session& session = program.State();
+
+    // Setup's "Okay" with mpv named: the seam aims the bridge and the window follows.
+    session.Settings.PlayerExes[1] = "/usr/bin/mpv";
+    session.Settings.ShowCurrSong = 1;
+    program.SetupEffectsOfMain().UpdatePlayerMode();
+    program.SetupEffectsOfMain().SetPlayerMode();
+    QCOMPARE(session.PlayerKind, std::int16_t{6});
+    QVERIFY(player != nullptr);
+    for (const char* shown : {"PlayPlayer", "NextPlayer", "VolumeUp", "VolumeFade", "ClosePlayer",
+                              "RemoteNext", "PlayList", "QueueAll"}) {
+        QVERIFY2(main.Action(shown)->isVisible(), shown);
+        QVERIFY2(main.Action(shown)->isEnabled(), shown);
+    }
+    for (const char* hidden : {"WinAMP_GEQ", "WinAMP_Execute", "MinimizePlayer", "RemoteRestore"}) {
+        QVERIFY2(!main.Action(hidden)->isVisible(), hidden);
+    }
+
+    main.Action("NextPlayer")->trigger();
+    main.ToolbarButton("remotepause")->trigger();
+    main.Action("RemotePrev")->trigger();
+    QCOMPARE(calls, (std::vector<std::string>{"Next", "Pause", "Previous"}));
+
+    calls.clear();
+    jk::test::GiveUnsavedRows(session, 3);
+    program.MainWindow().PlaylistFilledOutside();
+    main.Action("PlayList")->trigger();
+    QCOMPARE(calls.front(), std::string("Clear"));
+    QCOMPARE(calls[1], std::string("Add /music/song0.mp3"));
+    QCOMPARE(calls.back(), std::string("Add /music/song2.mp3"));
+    QVERIFY(std::find(calls.begin(), calls.end(), "Play") != calls.end());
+
+    const int intro = session.Settings.IntroPlay;
+    main.ToolbarButton("introplay")->trigger();
+    QCOMPARE(int{session.Settings.IntroPlay}, intro == 1 ? 0 : 1);
+    QCOMPARE(main.ToolbarButton("introplay")->isChecked(), session.Settings.IntroPlay == 1);
+
+    player->status.state = jk::PlayState::Playing;
+    player->status.positionMs = 65'000;
+    player->status.lengthMs = 200'000;
+    player->status.volume = 40;
+    player->status.title = "A song";
+    program.Player()->StatusTick();
+    QCOMPARE(main.findChild<QLabel*>(QStringLiteral("Panel4"))->text(), QStringLiteral("A song"));
+    QCOMPARE(main.findChild<QLabel*>(QStringLiteral("Panel6"))->text(), QStringLiteral("  40%"));
+    QVERIFY(!main.findChild<QLabel*>(QStringLiteral("Panel7"))->text().isEmpty());
+    player->status.state = jk::PlayState::Paused;
+    program.Player()->StatusTick();
+    QCOMPARE(main.findChild<QLabel*>(QStringLiteral("Panel7"))->text(), QStringLiteral("Pause"));
+
+    main.resize(1280, 800);
+    main.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&main));
+    jk::test::SaveShot(main, QStringLiteral("main-player"));
+    session.Playlist.PlaylistSaved = true;
+    QVERIFY(main.close());
+}
+
+QTEST_MAIN(MainPlayerTest)
+#include "tst_MainPlayer.moc"
