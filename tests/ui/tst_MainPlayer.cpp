@@ -133,6 +133,17 @@ void MainPlayerTest::theWindowSteersThePlayerItNames() {
     program.Player()->StatusTick();
     QCOMPARE(main.findChild<QLabel*>(QStringLiteral("Panel7"))->text(), QStringLiteral("Pause"));
 
+    // Setup's "Okay" switching ShowCurrSong off empties the time and song panels; on again, they
+    // are filled at once, not at the timer's next change.
+    session.Settings.ShowCurrSong = 0;
+    program.SetupEffectsOfMain().ShowCurrSongChanged(false);
+    QVERIFY(main.findChild<QLabel*>(QStringLiteral("Panel4"))->text().isEmpty());
+    QVERIFY(main.findChild<QLabel*>(QStringLiteral("Panel7"))->text().isEmpty());
+    session.Settings.ShowCurrSong = 1;
+    program.SetupEffectsOfMain().ShowCurrSongChanged(true);
+    QCOMPARE(main.findChild<QLabel*>(QStringLiteral("Panel4"))->text(), QStringLiteral("A song"));
+    QCOMPARE(main.findChild<QLabel*>(QStringLiteral("Panel7"))->text(), QStringLiteral("Pause"));
+
     main.resize(1280, 800);
     main.show();
     QVERIFY(QTest::qWaitForWindowExposed(&main));
