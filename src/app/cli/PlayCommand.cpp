@@ -27,8 +27,8 @@ namespace {
 
 // The rows one PATH names: a folder's songs as the files pane lists them, the lines of a list
 // file, or a song. False (the user told) when it names nothing that plays.
-bool AddRows(Session& session, const std::string& path, SongLookup& lookup,
-             const ScanSetup& walk, RowList& rows) {
+bool AddRows(Session& session, const std::string& path, SongLookup& lookup, const ScanSetup& walk,
+             RowList& rows) {
     const FileStatus file = StatPath(path);
     if (!file.exists) {
         PrintError(path + ": no such file or folder");
