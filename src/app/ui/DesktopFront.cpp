@@ -200,6 +200,12 @@ void DesktopFront::LoadVirtualFolders() {
     m_main.InitializeTree();
 }
 
+void DesktopFront::UpdateBookmarks() {
+    if (updateBookmarks) {
+        updateBookmarks();
+    }
+}
+
 void DesktopFront::OpenFolder(std::string_view path) {
     m_main.OpenFolder(std::string(path));
 }

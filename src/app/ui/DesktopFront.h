@@ -30,6 +30,8 @@ public:
     std::function<void()> setupBrowser;
     // The File menu's save command for the open playlist; nothing happens until it is set.
     std::function<void()> saveList;
+    // The Bookmarks menu made from the session's bookmarks; nothing until the bookmarks set it.
+    std::function<void()> updateBookmarks;
 
     // StartupFront
     void SetStatus(std::string_view text) override;
@@ -63,6 +65,7 @@ public:
 
     // PaneFront
     void LoadVirtualFolders() override;
+    void UpdateBookmarks() override;
     void OpenFolder(std::string_view path) override;
     void UpdateLastLists() override;
     void ListStats() override;

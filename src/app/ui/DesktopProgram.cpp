@@ -9,6 +9,7 @@
 #include "app/Shutdown.h"
 #include "app/ui/MainPlayer.h"
 #include "app/ui/MainSetupEffects.h"
+#include "app/ui/VirtualDriveWiring.h"
 #include "platform/DataFolder.h"
 #include "platform/Drives.h"
 #include "platform/ExecutableSearch.h"
@@ -40,9 +41,11 @@ DesktopProgram::DesktopProgram(std::string dataFolder, SessionData& data)
       m_data(data),
       m_main(m_session),
       m_front(m_session, m_splash, m_main),
-      m_setupEffects(std::make_unique<MainSetupEffects>(m_session, m_data, m_main)) {
+      m_setupEffects(std::make_unique<MainSetupEffects>(m_session, m_data, m_main)),
+      m_virtualDrives(std::make_unique<VirtualDriveWiring>(m_session, m_main, m_front)) {
     m_main.SetCloseHandler([this] { return CloseRequested(); });
     m_front.saveList = [this] { SaveListClick(); };
+    m_front.updateBookmarks = [this] { m_virtualDrives->UpdateBookmarks(); };
     WireSetupWindows();
 }
 
@@ -83,6 +86,7 @@ StartupResult DesktopProgram::Start() {
     m_session.DriveLister = [] { return ListDrives(); };
     const StartupResult result = RunStartup(m_session, m_front, m_data, environment);
     m_front.ShowPlaylistCaption();
+    m_virtualDrives->WatchMounts();
     return result;
 }
 

@@ -22,6 +22,7 @@ class MainPlayer;
 class MainSetupEffects;
 class PlayerBridge;
 class TerminationWatch;
+class VirtualDriveWiring;
 
 class DesktopProgram {
 public:
@@ -63,6 +64,7 @@ public:
     // What the Setup Browser's "Okay" applies to the main window; the player's part fills its
     // player seams.
     MainSetupEffects& SetupEffectsOfMain() { return *m_setupEffects; }
+    VirtualDriveWiring& VirtualDrives() { return *m_virtualDrives; }
     // True once the shutdown sequence has run to its end.
     bool ShutDown() const { return m_shutDown; }
 
@@ -81,6 +83,7 @@ private:
     DesktopFront m_front;
     std::unique_ptr<MainSetupEffects> m_setupEffects;
     std::unique_ptr<MainPlayer> m_player;
+    std::unique_ptr<VirtualDriveWiring> m_virtualDrives;
     std::unique_ptr<TerminationWatch> m_terminationWatch;
     bool m_shutDown = false;
     bool m_closing = false;  // a shutdown sequence is under way

@@ -20,6 +20,7 @@
 #include "browse/FolderScan.h"
 #include "browse/FolderTree.h"
 #include "browse/ScanAddSong.h"
+#include "browse/VirtualTree.h"
 #include "browse/ui/FolderTreeModel.h"
 #include "listing/RowCopy.h"
 #include "listing/RowEditing.h"
@@ -44,6 +45,7 @@ bool IsListFile(const QString& path) {
 
 void Main::InitializeTree() {
     m_tree->InitializeDrives(m_session.Drives);
+    AddVirtualRoots(*m_tree, m_session.VirtualTrees);
 }
 
 void Main::SetBusy(bool busy) {
@@ -73,7 +75,8 @@ void Main::TreeClicked(const QModelIndex& index) {
     m_tree->Select(node);
     const std::string path = m_tree->OpenFolder(*node);
     if (!node->IsReal()) {
-        return;  // catalogued discs list through their own road
+        ListVirtualFolder(path);  // catalogued discs list through their own road
+        return;
     }
     if (m_busy) {
         // A listing runs: it stops, and this folder is listed after it.
@@ -141,14 +144,21 @@ void Main::OpenFolder(const std::string& path) {
     TreeNode* node = m_tree->Selected();
     if (node != nullptr && node->IsReal()) {
         ListFolder(node->Key);
+    } else if (node != nullptr && !IsRealPath(path)) {
+        ListVirtualFolder(node->Key);
     } else if (IsRealPath(path) && FolderExists(path)) {
         ListFolder(path);
     }
 }
 
 void Main::RelistCurrentFolder() {
-    if (!m_currentFolder.empty()) {
+    if (m_currentFolder.empty()) {
+        return;
+    }
+    if (IsRealPath(m_currentFolder)) {
         ListFolder(m_currentFolder);
+    } else {
+        ListVirtualFolder(m_currentFolder);
     }
 }
 
@@ -245,7 +255,11 @@ void Main::RunWalk(const QString& title, const WalkFn& walk) {
 
 void Main::RecurseDir_Click() {
     const std::string path = m_currentFolder;
-    if (path.empty() || !IsRealPath(path)) {
+    if (path.empty()) {
+        return;
+    }
+    if (!IsRealPath(path)) {
+        RecurseDirVirtual_Click(path);
         return;
     }
     RunWalk(QStringLiteral("Recurse folder"), [&path](RowList& rows, const ScanSetup& setup) {

@@ -19,6 +19,7 @@
 #include "app/ui/ListPane.h"
 #include "app/ui/ScanStatus.h"
 #include "browse/FolderTree.h"
+#include "browse/VirtualTree.h"
 #include "browse/ui/FolderTreeModel.h"
 #include "platform/DirectoryListing.h"
 #include "playback/ui/PlaylistModel.h"
@@ -59,6 +60,7 @@ Main::Main(Session& session, QWidget* parent)
     ChooseFallbackIconTheme();
     setWindowIcon(ProgramIcon());
     setAcceptDrops(true);
+    m_tree->SetVirtualRoad(&FindVirtualNode);
     setDockOptions(QMainWindow::AnimatedDocks);
     BuildPanes();
     BuildStatusBar();

@@ -40,6 +40,7 @@ class PosixFolderLister;
 class ScanFeeder;
 class TipsDialog;
 class ScanStatus;
+struct PresentVolume;
 struct ScanResult;
 struct SongLookup;
 struct ScanSetup;
@@ -174,6 +175,14 @@ public:
     void GetDir_Click();
     void RecurseDir_Click();
     void RecurseTotal_Click();
+    // Catalogued discs (MainVirtualCommands.cpp)
+    void RecurseAllVirtual_Click();
+    // A catalogued folder's songs into the files pane, by its node key.
+    void ListVirtualFolder(const std::string& key);
+    // The catalogued volumes' roots made anew from Session::VirtualTrees (after a command that
+    // changed the catalogue); the inserted ones marked.
+    void RebuildVirtualRoots();
+    void SetPresentVolumes(const std::vector<PresentVolume>& present);
     // Help and extras
     void Tips_Click();
     void HelpPage_Click(std::string_view item);
@@ -271,6 +280,8 @@ private:
     void RunWalk(const QString& title, const WalkFn& walk);
     void SetBusy(bool busy);
     bool HandleDrop(const QMimeData& mime, int row);
+    void RecurseDirVirtual_Click(const std::string& key);
+    void AppendVirtualRows(const std::function<std::size_t(RowList& rows)>& fill);
     void AddDroppedFiles(const QList<QUrl>& urls, int row);
 
     Session& m_session;

@@ -13,15 +13,8 @@
 // of its tree from Session::VirtualTrees. Those on bookmarks leave Session::Bookmarks changed
 // and the main window rebuilds its Bookmarks menu (BookmarkMenuCaptions).
 //
-// Wiring into the main window (to be done where its command table lives):
-//   - each entry above in the command table, with the toolbar keys "addvdrive" and "bookmarks";
-//     VirtualImport_Click is RunVirtualImport(session, JK2Import(parent, LastImport), ...);
-//   - the tree: AddVirtualRoots(tree, session.VirtualTrees) after InitializeDrives (start-up
-//     step 14), tree.SetVirtualRoad(FindVirtualNode), and after a changing command the roots
-//     made anew (RefreshVirtualVolume / RemoveRootNode, browse/VirtualTree.h);
-//   - the disc watch of platform/DiscMounts.h calling FolderTreeModel::SetPresentVolumes with
-//     PresentVolumes(...) on every mount and unmount;
-//   - Mark_Click: ExpandToPath(BookmarkDestination(location)).
+// The main window's side (its command table, the tree's virtual roots, the disc watch and the
+// Bookmarks menu) is app/ui/VirtualDriveWiring.
 
 #include <functional>
 #include <string>
