@@ -134,6 +134,11 @@ void MainVirtualDrives::aCataloguedDiscIsInTheTreeAndItsFolderListsItsSongs() {
 
     QTest::qWait(50);
     jk::test::SaveShot(main, QStringLiteral("main-virtual-drive"));
+
+    // After a command that removed the volume, its root leaves the tree.
+    jk::RemoveVirtualTree(program.State(), "SUMMER_99");
+    main.RebuildVirtualRoots();
+    QVERIFY(!RootNamed(*model, QStringLiteral("SUMMER_99")).isValid());
     program.State().Playlist.PlaylistSaved = true;
     QVERIFY(main.close());
 }
