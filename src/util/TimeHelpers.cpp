@@ -248,6 +248,33 @@ std::string LocaleTextOfStamp14(std::string_view stamp) {
     return FormatLocaleDateTime(epoch);
 }
 
+bool ParseLocaleDateTime(std::string_view text, std::tm& moment) {
+    const std::string copy(Trim(text));
+    std::tm tm{};
+    const char* end = strptime_l(copy.c_str(), "%x %X", &tm, UserTimeLocale());
+    if (end == nullptr || *end != '\0') {
+        return false;
+    }
+    moment = tm;
+    return true;
+}
+
+std::string LocaleShortDateFormat() {
+    return nl_langinfo_l(D_FMT, UserTimeLocale());
+}
+
+std::string LocaleMonthName(int month, bool abbreviated) {
+    if (month < 1 || month > 12) {
+        return {};
+    }
+    const nl_item first = abbreviated ? ABMON_1 : MON_1;
+    return nl_langinfo_l(static_cast<nl_item>(first + month - 1), UserTimeLocale());
+}
+
+std::string LocaleAmPm(bool afternoon) {
+    return nl_langinfo_l(afternoon ? PM_STR : AM_STR, UserTimeLocale());
+}
+
 double SecondsSinceMidnight() {
     const auto now = std::chrono::system_clock::now();
     const std::time_t t = std::chrono::system_clock::to_time_t(now);

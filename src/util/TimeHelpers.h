@@ -29,6 +29,14 @@ std::string FormatLocaleDateTime(std::int64_t epochSeconds);
 std::string LocaleTextOfStamp14(std::string_view stamp);
 // The moment (local time) of a "yyyymmddhhnnss" stamp; false when it is not one.
 bool ParseStamp14(std::string_view stamp, std::int64_t& epochSeconds);
+// The local date and time that FormatLocaleDateTime writes, read back (blanks around it are
+// allowed); false when the text is not in that form.
+bool ParseLocaleDateTime(std::string_view text, std::tm& moment);
+// The user's short date format (the locale's "%x" as strftime spells it, "%m/%d/%y" in the C
+// locale), and its names of months and of the morning and afternoon.
+std::string LocaleShortDateFormat();
+std::string LocaleMonthName(int month, bool abbreviated);  // month 1..12
+std::string LocaleAmPm(bool afternoon);
 // Local time of day in seconds since midnight, as a seed.
 double SecondsSinceMidnight();
 

@@ -1,0 +1,108 @@
+#include "finders/ResultRows.h"
+
+#include <cstdio>
+
+#include "catalogue/SongFields.h"
+#include "util/PathHelpers.h"
+#include "util/StringHelpers.h"
+#include "util/Text.h"
+#include "util/TimeHelpers.h"
+
+namespace jk {
+namespace {
+
+std::string_view Key(const SongFieldViews& fields, int key) {
+    return fields[static_cast<std::size_t>(key - 1)];
+}
+
+// The bare file name, after the last separator of either kind: catalogues made on older
+// systems hold "d:\folder\name.mp3".
+std::string_view NameOf(std::string_view path) {
+    const std::size_t sep = path.find_last_of("/\\");
+    return sep == std::string_view::npos ? path : path.substr(sep + 1);
+}
+
+std::string_view TitleOrName(std::string_view title, std::string_view path) {
+    return Trim(title).empty() ? NameOf(path) : title;
+}
+
+}  // namespace
+
+ListRow RealHitRow(const SongView& song) {
+    const std::string_view path = Trim(song.Path);
+    const std::string_view title = Trim(song.Title);
+    const std::string bitrate = PadField(song.Bitrate, 4);
+    return ListRow({title.empty() ? BareName(path) : title, Trim(song.Artist), Trim(song.Album),
+                    Trim(song.Year), Trim(song.Genre), Trim(song.Time), bitrate, path,
+                    Trim(song.Comment), Trim(song.Size), Trim(song.Date), Trim(song.Volume)});
+}
+
+ListRow CatalogueHitRow(const SongFieldViews& fields) {
+    const std::string_view path = Key(fields, kKeyPath);
+    return ListRow({TitleOrName(Key(fields, kKeyTitle), path), Key(fields, kKeyArtist),
+                    Key(fields, kKeyAlbum), Key(fields, kKeyYear), Key(fields, kKeyGenre),
+                    Key(fields, kKeyTime), Key(fields, kKeyBitrate), path, Key(fields, kKeyComment),
+                    Key(fields, kKeySize), Key(fields, kKeyDate), Key(fields, kKeyVolume)});
+}
+
+std::string_view SearchFieldOf(const SongFieldViews& fields, SearchField field) {
+    switch (field) {
+        case SearchField::Title:
+            return Key(fields, kKeyTitle);
+        case SearchField::Artist:
+            return Key(fields, kKeyArtist);
+        case SearchField::Album:
+            return Key(fields, kKeyAlbum);
+        case SearchField::Year:
+            return Key(fields, kKeyYear);
+        case SearchField::Genre:
+            return Key(fields, kKeyGenre);
+        case SearchField::Bitrate:
+            return Key(fields, kKeyBitrate);
+        case SearchField::Filename:
+            return Key(fields, kKeyPath);
+        case SearchField::Comment:
+            return Key(fields, kKeyComment);
+        case SearchField::Volume:
+            return Key(fields, kKeyVolume);
+        case SearchField::Count:
+            break;
+    }
+    return {};
+}
+
+ListRow PlaylistRowOfResult(const ListRow& result) {
+    ListRow row = result;
+    row.SetSelected(false);
+    const std::string_view path = result.Get(Column::Filename);
+    if (Trim(result.Get(Column::Title)).empty()) {
+        row.Set(Column::Title, NameOf(path));
+    }
+    return row;
+}
+
+std::string ResultsStats(const RowList& rows, bool exactTimes) {
+    if (rows.empty()) {
+        return " No results.";
+    }
+    std::int64_t seconds = 0;
+    double bytes = 0;
+    for (const ListRow& row : rows) {
+        seconds += ParseTime(row.Get(Column::Time), exactTimes);
+        bytes += Val(row.Get(Column::Size));
+    }
+    const double megabytes = bytes / 1024 / 1024;
+    char size[64];
+    if (megabytes <= 1024) {
+        std::snprintf(size, sizeof size, "%.2f MB", megabytes);
+    } else {
+        std::snprintf(size, sizeof size, "%.2f GB", megabytes / 1024);
+    }
+    const std::string time = FormatHMS(seconds);
+    if (rows.size() == 1) {
+        return " 1 song - " + time + ", " + size;
+    }
+    return " " + std::to_string(rows.size()) + " songs - " + time + ", " + size;
+}
+
+}  // namespace jk

@@ -1,0 +1,95 @@
+#include "finders/TextTest.h"
+
+#include <cstring>
+
+#include "util/Utf8.h"
+
+namespace jk {
+namespace {
+
+constexpr char32_t kReplacementChar = 0xFFFD;
+// A byte that is no character folds to this plus the byte, as the textual compare folds it.
+constexpr char32_t kInvalidByteBase = 0x110000;
+
+// UTF-8's scheme carried on to 21 bits, so that the units above U+10FFFF get bytes too.
+void AppendUnit(std::string& out, char32_t unit) {
+    if (unit < 0x80) {
+        out.push_back(static_cast<char>(unit));
+    } else if (unit < 0x800) {
+        out.push_back(static_cast<char>(0xC0 | (unit >> 6)));
+        out.push_back(static_cast<char>(0x80 | (unit & 0x3F)));
+    } else if (unit < 0x10000) {
+        out.push_back(static_cast<char>(0xE0 | (unit >> 12)));
+        out.push_back(static_cast<char>(0x80 | ((unit >> 6) & 0x3F)));
+        out.push_back(static_cast<char>(0x80 | (unit & 0x3F)));
+    } else {
+        out.push_back(static_cast<char>(0xF0 | (unit >> 18)));
+        out.push_back(static_cast<char>(0x80 | ((unit >> 12) & 0x3F)));
+        out.push_back(static_cast<char>(0x80 | ((unit >> 6) & 0x3F)));
+        out.push_back(static_cast<char>(0x80 | (unit & 0x3F)));
+    }
+}
+
+bool Contains(std::string_view haystack, std::string_view needle) {
+    if (needle.size() > haystack.size()) {
+        return false;
+    }
+    return ::memmem(haystack.data(), haystack.size(), needle.data(), needle.size()) != nullptr;
+}
+
+}  // namespace
+
+void AppendFolded(std::string& out, std::string_view text) {
+    std::size_t pos = 0;
+    while (pos < text.size()) {
+        const unsigned char b = static_cast<unsigned char>(text[pos]);
+        if (b < 0x80) {
+            out.push_back(static_cast<char>((b >= 'A' && b <= 'Z') ? b + 32 : b));
+            ++pos;
+            continue;
+        }
+        const std::size_t before = pos;
+        const char32_t cp = DecodeUtf8At(text, pos);
+        if (cp == kReplacementChar && pos == before + 1) {
+            AppendUnit(out, kInvalidByteBase + b);
+        } else {
+            AppendUnit(out, LowerChar(cp));
+        }
+    }
+}
+
+std::string FoldedText(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    AppendFolded(out, text);
+    return out;
+}
+
+TextQuery::TextQuery(std::string_view query, bool binary) : m_text(query), m_binary(binary) {
+    if (!binary) {
+        m_folded = FoldedText(query);
+    }
+}
+
+bool TextQuery::Found(std::string_view field) const {
+    if (field.empty()) {
+        return false;
+    }
+    if (m_text.empty()) {
+        return true;
+    }
+    if (m_binary) {
+        return Contains(field, m_text);
+    }
+    thread_local std::string folded;
+    folded.clear();
+    AppendFolded(folded, field);
+    return Contains(folded, m_folded);
+}
+
+bool TextTest(const SongInfo& song, const SearchFieldSet& fields, const TextQuery& query) {
+    return TextTest([&song](SearchField field) { return SearchFieldOf(song, field); }, fields,
+                    query);
+}
+
+}  // namespace jk
