@@ -243,6 +243,7 @@ struct Settings {
     std::string MprisPlayer;
     std::int16_t DiscIdentity = 0;
     std::int16_t SafeCatalogue = 0;
+    std::int16_t SearchAsYouType = 0;
 };
 
 // The player in use: the first entry of the player list.

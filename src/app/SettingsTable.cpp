@@ -305,6 +305,7 @@ void AddOptions(TableBuilder& t) {
     t.Text(o, "MprisPlayer", &S::MprisPlayer);
     t.I16(o, "DiscIdentity", &S::DiscIdentity, 1);
     t.I16(o, "SafeCatalogue", &S::SafeCatalogue, 1);
+    t.I16(o, "SearchAsYouType", &S::SearchAsYouType, 1);
 }
 
 std::vector<SettingField> BuildTable() {

@@ -149,6 +149,7 @@ TEST(SettingsStore, LoadDefaultsGivesTheFirstRunValues) {
         {"MprisPlayer", ""},
         {"DiscIdentity", "1"},
         {"SafeCatalogue", "1"},
+        {"SearchAsYouType", "1"},
         {"NeverAsk", "0"},
         {"CacheHits", "0"},
     };

@@ -1,0 +1,251 @@
+#include "finders/ui/ResultsPane.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMessageBox>
+#include <QMouseEvent>
+
+#include "finders/ResultRows.h"
+#include "finders/TrashRows.h"
+
+namespace jk {
+
+namespace {
+
+constexpr std::int16_t kDeleteWithoutWarning = 1;
+
+QMessageBox::Icon BoxIcon(MessageIcon icon) {
+    switch (icon) {
+        case MessageIcon::Information:
+            return QMessageBox::Information;
+        case MessageIcon::Question:
+            return QMessageBox::Question;
+        case MessageIcon::Warning:
+            return QMessageBox::Warning;
+        case MessageIcon::Critical:
+            return QMessageBox::Critical;
+        case MessageIcon::None:
+            break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+}  // namespace
+
+ResultsPane::ResultsPane(FinderHost& host, QWidget* parent)
+    : QTableView(parent), m_host(host), m_model(m_rows, this) {
+    setModel(&m_model);
+    setObjectName("ResultsView");
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setSortingEnabled(true);
+    horizontalHeader()->setSortIndicatorShown(false);
+    horizontalHeader()->setSectionsMovable(true);
+    horizontalHeader()->setHighlightSections(false);
+    verticalHeader()->hide();
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+    setAlternatingRowColors(true);
+    setWordWrap(false);
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    // Wide columns for the texts, narrow ones for the numbers.
+    for (const auto& [column, width] :
+         {std::pair{Column::Title, 200}, std::pair{Column::Artist, 140},
+          std::pair{Column::Album, 140}, std::pair{Column::Year, 50}, std::pair{Column::Genre, 80},
+          std::pair{Column::Time, 55}, std::pair{Column::Bitrate, 55},
+          std::pair{Column::Filename, 320}, std::pair{Column::Size, 80},
+          std::pair{Column::Date, 130}}) {
+        setColumnWidth(static_cast<int>(column), width);
+    }
+    connect(&m_model, &QAbstractItemModel::layoutChanged, this, [this] { ShowSelection(); });
+}
+
+void ResultsPane::TakeSelection() {
+    m_model.ApplySelection(selectionModel()->selection());
+}
+
+void ResultsPane::ShowSelection() {
+    selectionModel()->select(m_model.SelectionOfRows(), QItemSelectionModel::ClearAndSelect);
+}
+
+std::vector<std::string> ResultsPane::SelectedPaths() {
+    TakeSelection();
+    std::vector<std::string> paths;
+    for (const ListRow& row : m_rows) {
+        if (row.Selected()) {
+            paths.emplace_back(row.Get(Column::Filename));
+        }
+    }
+    return paths;
+}
+
+std::vector<std::string> ResultsPane::AllPaths() const {
+    std::vector<std::string> paths;
+    paths.reserve(m_rows.size());
+    for (const ListRow& row : m_rows) {
+        paths.emplace_back(row.Get(Column::Filename));
+    }
+    return paths;
+}
+
+void ResultsPane::AddSelected() {
+    TakeSelection();
+    if (m_host.Playlist == nullptr) {
+        return;
+    }
+    for (const ListRow& row : m_rows) {
+        if (row.Selected()) {
+            m_host.Playlist->push_back(PlaylistRowOfResult(row));
+        }
+    }
+    if (m_host.PlaylistChanged) {
+        m_host.PlaylistChanged();
+    }
+}
+
+void ResultsPane::AddAll() {
+    if (m_host.Playlist == nullptr) {
+        return;
+    }
+    for (const ListRow& row : m_rows) {
+        m_host.Playlist->push_back(PlaylistRowOfResult(row));
+    }
+    if (m_host.PlaylistChanged) {
+        m_host.PlaylistChanged();
+    }
+}
+
+void ResultsPane::RemoveSelected() {
+    TakeSelection();
+    std::erase_if(m_rows, [](const ListRow& row) { return row.Selected(); });
+    m_model.RowsReplaced();
+    Q_EMIT RowsRemoved();
+}
+
+void ResultsPane::CropSelected() {
+    TakeSelection();
+    // From the first row up, not advancing after a removal: every unselected row goes.
+    std::erase_if(m_rows, [](const ListRow& row) { return !row.Selected(); });
+    m_model.RowsReplaced();
+    ShowSelection();
+    Q_EMIT RowsRemoved();
+}
+
+void ResultsPane::CopyTo() {
+    const std::vector<std::string> paths = SelectedPaths();
+    if (!paths.empty() && m_host.CopyOrMove) {
+        m_host.CopyOrMove(paths, false);
+    }
+}
+
+void ResultsPane::MoveTo() {
+    const std::vector<std::string> paths = SelectedPaths();
+    if (!paths.empty() && m_host.CopyOrMove) {
+        m_host.CopyOrMove(paths, true);
+    }
+}
+
+void ResultsPane::DeleteSelected(const UserMessage* question) {
+    TakeSelection();
+    std::vector<bool> selected;
+    selected.reserve(m_rows.size());
+    bool any = false;
+    for (const ListRow& row : m_rows) {
+        selected.push_back(row.Selected());
+        any = any || row.Selected();
+    }
+    if (!any || !m_host.Trash) {
+        return;
+    }
+    const bool warn = m_host.Options == nullptr || m_host.Options->DelMode != kDeleteWithoutWarning;
+    if (question != nullptr ? !Ask(*question) : warn && !Ask(DeleteFilesQuestion())) {
+        return;
+    }
+    const TrashOutcome outcome = TrashSelectedRows(m_rows, selected, m_host.Trash);
+    m_model.RowsReplaced();
+    ShowSelection();
+    Q_EMIT RowsRemoved();
+    if (!outcome.Failed.empty()) {
+        Tell(TrashFailuresMessage(outcome.Failed));
+    }
+}
+
+void ResultsPane::Clear() {
+    m_rows.clear();
+    m_model.RowsReplaced();
+    Q_EMIT RowsRemoved();
+}
+
+void ResultsPane::WipePlaylist() {
+    if (m_host.Playlist != nullptr) {
+        m_host.Playlist->clear();
+        if (m_host.PlaylistChanged) {
+            m_host.PlaylistChanged();
+        }
+    }
+}
+
+void ResultsPane::Hand(const std::vector<std::string>& paths, PlayRequest how) {
+    if (!paths.empty() && m_host.Play) {
+        m_host.Play(paths, how);
+    }
+}
+
+void ResultsPane::EnqueueAll() {
+    Hand(AllPaths(), PlayRequest::Enqueue);
+}
+void ResultsPane::EnqueueSelected() {
+    Hand(SelectedPaths(), PlayRequest::Enqueue);
+}
+void ResultsPane::PlaySelected() {
+    Hand(SelectedPaths(), PlayRequest::Play);
+}
+void ResultsPane::PlayAll() {
+    Hand(AllPaths(), PlayRequest::Play);
+}
+void ResultsPane::PlayShuffle() {
+    Hand(AllPaths(), PlayRequest::Shuffle);
+}
+
+bool ResultsPane::Ask(const UserMessage& question) {
+    if (m_host.Ask) {
+        return m_host.Ask(question);
+    }
+    QMessageBox box(BoxIcon(question.icon), QString::fromStdString(question.title),
+                    QString::fromStdString(question.text), QMessageBox::Yes | QMessageBox::No,
+                    this);
+    return box.exec() == QMessageBox::Yes;
+}
+
+void ResultsPane::Tell(const UserMessage& message) {
+    if (m_host.Tell) {
+        m_host.Tell(message);
+        return;
+    }
+    QMessageBox box(BoxIcon(message.icon), QString::fromStdString(message.title),
+                    QString::fromStdString(message.text), QMessageBox::Ok, this);
+    box.exec();
+}
+
+void ResultsPane::mousePressEvent(QMouseEvent* event) {
+    m_lastButton = event->button();
+    QTableView::mousePressEvent(event);
+}
+
+void ResultsPane::mouseDoubleClickEvent(QMouseEvent* event) {
+    QTableView::mouseDoubleClickEvent(event);
+    if (event->button() != Qt::MiddleButton && m_lastButton != Qt::MiddleButton &&
+        selectionModel()->hasSelection()) {
+        PlaySelected();
+    }
+}
+
+void ResultsPane::keyPressEvent(QKeyEvent* event) {
+    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) &&
+        selectionModel()->hasSelection()) {
+        PlaySelected();
+        return;
+    }
+    QTableView::keyPressEvent(event);
+}
+
+}  // namespace jk
