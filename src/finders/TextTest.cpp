@@ -37,6 +37,42 @@ bool Contains(std::string_view haystack, std::string_view needle) {
     return ::memmem(haystack.data(), haystack.size(), needle.data(), needle.size()) != nullptr;
 }
 
+bool IsAscii(std::string_view text) {
+    unsigned char any = 0;
+    for (const char c : text) {
+        any |= static_cast<unsigned char>(c);
+    }
+    return any < 0x80;
+}
+
+char AsciiLowerChar(char c) {
+    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c + 32) : c;
+}
+
+// `needle` is folded ASCII; `haystack` is ASCII, folded here as it is read.
+bool ContainsAsciiFolded(std::string_view haystack, std::string_view needle) {
+    if (needle.size() > haystack.size()) {
+        return false;
+    }
+    const char first = needle[0];
+    const char firstUpper = (first >= 'a' && first <= 'z') ? static_cast<char>(first - 32) : first;
+    const std::size_t last = haystack.size() - needle.size();
+    for (std::size_t i = 0; i <= last; ++i) {
+        const char c = haystack[i];
+        if (c != first && c != firstUpper) {
+            continue;
+        }
+        std::size_t k = 1;
+        while (k < needle.size() && AsciiLowerChar(haystack[i + k]) == needle[k]) {
+            ++k;
+        }
+        if (k == needle.size()) {
+            return true;
+        }
+    }
+    return false;
+}
+
 }  // namespace
 
 void AppendFolded(std::string& out, std::string_view text) {
@@ -68,6 +104,7 @@ std::string FoldedText(std::string_view text) {
 TextQuery::TextQuery(std::string_view query, bool binary) : m_text(query), m_binary(binary) {
     if (!binary) {
         m_folded = FoldedText(query);
+        m_foldedAscii = IsAscii(m_folded);
     }
 }
 
@@ -80,6 +117,11 @@ bool TextQuery::Found(std::string_view field) const {
     }
     if (m_binary) {
         return Contains(field, m_text);
+    }
+    // A field of ASCII alone folds byte by byte, so it is compared where it stands; no other
+    // character folds into it.
+    if (IsAscii(field)) {
+        return m_foldedAscii && ContainsAsciiFolded(field, m_folded);
     }
     thread_local std::string folded;
     folded.clear();

@@ -35,6 +35,7 @@ private:
     std::string m_text;
     std::string m_folded;
     bool m_binary = false;
+    bool m_foldedAscii = true;
 };
 
 // The text test of one record: true when a checked field holds the query, the fields tried in
