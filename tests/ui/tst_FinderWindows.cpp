@@ -122,8 +122,21 @@ struct Host {
             asked.push_back(q.text);
             return answer;
         };
+        host.AddToPlaylist = [this](RowList rows) {
+            for (ListRow& row : rows) {
+                playlist.push_back(std::move(row));
+            }
+        };
+        host.WipePlaylist = [this] { playlist.clear(); };
         host.Tell = [this](const jk::UserMessage& m) { told.push_back(m.text); };
-        host.Play = [this](const std::vector<std::string>& paths, jk::PlayRequest how) {
+        host.Play = [this](const RowList& rows, jk::PlayRequest how) {
+            std::vector<std::string> paths;
+            for (const ListRow& row : rows) {
+                if (row.Selected() || how == jk::PlayRequest::PlayAll ||
+                    how == jk::PlayRequest::EnqueueAll || how == jk::PlayRequest::Shuffle) {
+                    paths.emplace_back(row.Get(Column::Filename));
+                }
+            }
             played.emplace_back(paths, how);
         };
         host.Trash = [this](const std::string& path, std::string& why) {
@@ -332,7 +345,7 @@ void FinderWindowsTest::resultCommandsWorkOnTheSelection() {
     pane.setFocus();
     QTest::keyClick(&pane, Qt::Key_Return);
     QCOMPARE(h.played.size(), std::size_t{4});
-    QVERIFY(h.played[3].second == jk::PlayRequest::Play);
+    QVERIFY(h.played[3].second == jk::PlayRequest::PlaySelected);
 
     SelectRows(pane, {0});
     pane.RemoveSelected();

@@ -18,13 +18,15 @@ namespace jk {
 
 class CatalogueView;
 
-// How paths are handed to the player ("Enqueue...", "Play...", "&Jukarra results").
-enum class PlayRequest { Enqueue, Play, Shuffle };
+// What a result list asks of the player: "En&queue all results", "Enqueue selecte&d", "&Play
+// selected", "P&lay all results", "&Jukarra results" (every row shuffled).
+enum class PlayRequest { EnqueueAll, EnqueueSelected, PlaySelected, PlayAll, Shuffle };
 
 struct FinderHost {
     Settings* Options = nullptr;  // the session's settings, read and stored by the windows
-    RowList* Files = nullptr;     // the files pane's rows
-    RowList* Playlist = nullptr;  // the playlist's rows
+    // The panes' rows: the finders read them and set their selected flags, nothing more.
+    RowList* Files = nullptr;                  // the files pane's rows
+    RowList* Playlist = nullptr;               // the playlist's rows
     const CatalogueView* Catalogue = nullptr;  // null: no catalogued discs
     std::string CurrentFolder;                 // the files pane's folder
     const DriveList* Drives = nullptr;         // the drives "Real drives" walks
@@ -32,13 +34,15 @@ struct FinderHost {
 
     // Main's status panel 5.
     std::function<void(const std::string& text)> PanelStatus;
-    // The playlist's rows changed (ReLabel and ListStats); the panes' selections changed.
-    std::function<void()> PlaylistChanged;
+    // Rows added to the playlist (its model told, then ReLabel and ListStats), the playlist
+    // emptied, and the panes' selected flags changed (the views and statistics follow).
+    std::function<void(RowList rows)> AddToPlaylist;
+    std::function<void()> WipePlaylist;
     std::function<void()> SelectionChanged;
     // The main window's file operations: copy or move the files to a folder it asks for.
     std::function<void(const std::vector<std::string>& paths, bool move)> CopyOrMove;
-    // The player bridge.
-    std::function<void(const std::vector<std::string>& paths, PlayRequest how)> Play;
+    // The player bridge, handed the result rows with their selected flags set.
+    std::function<void(const RowList& rows, PlayRequest how)> Play;
     // A question (true for Yes) and a message; a window shows its own boxes when they are empty.
     std::function<bool(const UserMessage& question)> Ask;
     std::function<void(const UserMessage& message)> Tell;

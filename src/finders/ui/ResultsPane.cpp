@@ -78,40 +78,30 @@ std::vector<std::string> ResultsPane::SelectedPaths() {
     return paths;
 }
 
-std::vector<std::string> ResultsPane::AllPaths() const {
-    std::vector<std::string> paths;
-    paths.reserve(m_rows.size());
-    for (const ListRow& row : m_rows) {
-        paths.emplace_back(row.Get(Column::Filename));
-    }
-    return paths;
-}
-
 void ResultsPane::AddSelected() {
     TakeSelection();
-    if (m_host.Playlist == nullptr) {
+    if (!m_host.AddToPlaylist) {
         return;
     }
+    RowList added;
     for (const ListRow& row : m_rows) {
         if (row.Selected()) {
-            m_host.Playlist->push_back(PlaylistRowOfResult(row));
+            added.push_back(PlaylistRowOfResult(row));
         }
     }
-    if (m_host.PlaylistChanged) {
-        m_host.PlaylistChanged();
-    }
+    m_host.AddToPlaylist(std::move(added));
 }
 
 void ResultsPane::AddAll() {
-    if (m_host.Playlist == nullptr) {
+    if (!m_host.AddToPlaylist) {
         return;
     }
+    RowList added;
+    added.reserve(m_rows.size());
     for (const ListRow& row : m_rows) {
-        m_host.Playlist->push_back(PlaylistRowOfResult(row));
+        added.push_back(PlaylistRowOfResult(row));
     }
-    if (m_host.PlaylistChanged) {
-        m_host.PlaylistChanged();
-    }
+    m_host.AddToPlaylist(std::move(added));
 }
 
 void ResultsPane::RemoveSelected() {
@@ -176,34 +166,32 @@ void ResultsPane::Clear() {
 }
 
 void ResultsPane::WipePlaylist() {
-    if (m_host.Playlist != nullptr) {
-        m_host.Playlist->clear();
-        if (m_host.PlaylistChanged) {
-            m_host.PlaylistChanged();
-        }
+    if (m_host.WipePlaylist) {
+        m_host.WipePlaylist();
     }
 }
 
-void ResultsPane::Hand(const std::vector<std::string>& paths, PlayRequest how) {
-    if (!paths.empty() && m_host.Play) {
-        m_host.Play(paths, how);
+void ResultsPane::Hand(PlayRequest how) {
+    TakeSelection();
+    if (!m_rows.empty() && m_host.Play) {
+        m_host.Play(m_rows, how);
     }
 }
 
 void ResultsPane::EnqueueAll() {
-    Hand(AllPaths(), PlayRequest::Enqueue);
+    Hand(PlayRequest::EnqueueAll);
 }
 void ResultsPane::EnqueueSelected() {
-    Hand(SelectedPaths(), PlayRequest::Enqueue);
+    Hand(PlayRequest::EnqueueSelected);
 }
 void ResultsPane::PlaySelected() {
-    Hand(SelectedPaths(), PlayRequest::Play);
+    Hand(PlayRequest::PlaySelected);
 }
 void ResultsPane::PlayAll() {
-    Hand(AllPaths(), PlayRequest::Play);
+    Hand(PlayRequest::PlayAll);
 }
 void ResultsPane::PlayShuffle() {
-    Hand(AllPaths(), PlayRequest::Shuffle);
+    Hand(PlayRequest::Shuffle);
 }
 
 bool ResultsPane::Ask(const UserMessage& question) {

@@ -59,8 +59,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    std::vector<std::string> AllPaths() const;
-    void Hand(const std::vector<std::string>& paths, PlayRequest how);
+    void Hand(PlayRequest how);
     bool Ask(const UserMessage& question);
     void Tell(const UserMessage& message);
 
