@@ -119,6 +119,23 @@ run search --virtual ""
 expect_rc 0 "search of an empty catalogue"
 [ "$ERR" = " No results." ] || fail "search of an empty catalogue: '$ERR'"
 
+# The catalogue: the Rock folder catalogued as a disc "Discs". A virtual folder is a prefix of
+# text and always takes in what lies below it.
+run vdrive create --name Discs "$MUSIC/Rock"
+expect_rc 0 "vdrive create"
+run search --in title blue --virtual
+[ "$(column 12 | sort -u)" = "Discs" ] && [ "$(rows)" -eq 2 ] ||
+    fail "search --virtual: the two Blue songs on Discs: $OUT"
+run search --in title blue Discs
+[ "$(rows)" -eq 2 ] || fail "a catalogued folder by its volume: $OUT"
+# The volume is found ignoring case, and its label is the one typed.
+run search --in title blue discs
+[ "$(rows)" -eq 2 ] || fail "a catalogued folder named in other case: $OUT"
+run search --in title other Discs/nowhere
+[ "$(rows)" -eq 0 ] || fail "a catalogued folder that is not there: $OUT"
+run dupes --virtual --by title --show virtual
+[ "$(rows)" -eq 2 ] || fail "dupes --virtual: the Blue pair of the catalogue: $OUT"
+
 # Bad usage: one line, exit 1; a folder that is not there: exit 2.
 for args in "" "--size xx:3 a" "--within 3:years a" "--all --real a" "a --virtual /tmp" \
     "--before 2001-01-01 --after 2001-01-01 a" "--in nofield a" "--between 'x - 1/1/01' a"; do

@@ -146,7 +146,8 @@ int RunDupes(CliContext& context, std::span<const std::string> args) {
         LoadRowsSource(files, kSourceFolder, records);
     }
     if (virtualDrives) {
-        LoadVirtualSource(SessionCatalogue(session), records);
+        const VolumeTableView catalogue = SessionCatalogue(session);
+        LoadVirtualSource(catalogue, records);
     }
     const std::vector<DupeListed> listed = GroupDuplicates(records, criterion, ShowBit(show));
 

@@ -1,28 +1,12 @@
 #include "app/cli/FinderArgs.h"
 
+#include "app/Session.h"
 #include "util/Utf8.h"
 
 namespace jk {
 
-namespace {
-
-// The session holds no catalogued discs yet: the finders see a catalogue of no volumes.
-class EmptyCatalogue final : public CatalogueView {
-public:
-    std::size_t VolumeCount() const override { return 0; }
-    std::string_view VolumeName(std::size_t) const override { return {}; }
-    std::size_t SongCount(std::size_t) const override { return 0; }
-    SongFieldViews Fields(std::size_t, std::size_t) const override { return {}; }
-    std::uint64_t Generation() const override { return 0; }
-};
-
-}  // namespace
-
-const CatalogueView& SessionCatalogue(Session& /*session*/) {
-    // Hook for the catalogue of discs: once the session holds its volume table, this hands
-    // out a view of it (a CatalogueView over the table's volumes).
-    static const EmptyCatalogue none;
-    return none;
+VolumeTableView SessionCatalogue(Session& session) {
+    return VolumeTableView(session.Virtual.Volumes);
 }
 
 std::optional<SearchFieldSet> ParseFieldList(std::string_view text,

@@ -10,9 +10,9 @@
 
 #include "app/cli/InterruptStop.h"
 #include "app/cli/ProgressLine.h"
-#include "finders/CatalogueView.h"
 #include "finders/SearchFields.h"
 #include "finders/SearchRequest.h"
+#include "finders/VolumeTableView.h"
 
 namespace jk {
 
@@ -24,7 +24,7 @@ std::optional<SearchFieldSet> ParseFieldList(std::string_view text,
 struct Session;
 
 // The catalogued discs of the session as the finders read them.
-const CatalogueView& SessionCatalogue(Session& session);
+VolumeTableView SessionCatalogue(Session& session);
 
 // The search's status on a progress line; Ctrl-C is the abort flag.
 class CliSearchFront final : public SearchFront {

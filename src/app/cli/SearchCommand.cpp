@@ -152,7 +152,8 @@ int RunSearchCommand(CliContext& context, std::span<const std::string> args) {
     SearchSources sources;
     sources.Drives = &drives;
     sources.Real = &setup;
-    sources.Catalogue = &SessionCatalogue(session);
+    const VolumeTableView catalogue = SessionCatalogue(session);
+    sources.Catalogue = &catalogue;
     const SearchScope scope = ScopeOf(form.LookIn);
     if (scope == SearchScope::RealFolder && !FolderExists(form.LookIn)) {
         PrintError(form.LookIn + ": no such folder");
