@@ -34,7 +34,7 @@ DATA="$WORK/data"
 mkdir -p "$DATA"
 run "$CLI" --data-dir "$DATA" settings
 expect_rc 0 "first run"
-[ "$(wc -l <<<"$OUT")" -eq 365 ] || fail "first run: $(wc -l <<<"$OUT") settings, wanted 365"
+[ "$(wc -l <<<"$OUT")" -eq 366 ] || fail "first run: $(wc -l <<<"$OUT") settings, wanted 366"
 [ "$(head -n 1 <<<"$OUT")" = "INIexists.Check=0" ] || fail "first run: the list does not start with Check"
 for line in "Options.IntroLength=7" "Options.MaxCache=7" "Options.ShowTips=1" \
     "Options.RememberList=0" "HTML.HTMLFontName=Arial" "HTML.HTMLHeadBack=15132390" \
@@ -51,7 +51,7 @@ grep -qE '^Player\.PlayerExe1=.+' <<<"$OUT" || fail "first run: no player path"
 # --- JSON lines ---
 run "$CLI" --data-dir "$DATA" settings --json
 expect_rc 0 "settings --json"
-[ "$(wc -l <<<"$OUT")" -eq 365 ] || fail "--json: not one object per setting"
+[ "$(wc -l <<<"$OUT")" -eq 366 ] || fail "--json: not one object per setting"
 expect_line '{"section":"Options","key":"IntroLength","value":7}' "--json"
 expect_line '{"section":"Options","key":"ShowTips","value":"1"}' "--json"
 if command -v python3 >/dev/null; then

@@ -27,6 +27,7 @@
 #include "catalogue/GetSongInfo.h"
 #include "core/browse/FakeFolderLister.h"
 #include "core/finders/MemoryCatalogue.h"
+#include "finders/ui/FinderWindows.h"
 #include "finders/ui/ResultsPane.h"
 #include "finders/ui/wizDuplicate.h"
 #include "finders/ui/wizSearch.h"
@@ -193,6 +194,7 @@ private Q_SLOTS:
     void selectionWizardFollowsItsRules();
     void duplicateFinderGroupsAndProposesWithoutDeleting();
     void bestCopiesGoToARealTrashOnlyWhenConfirmed();
+    void theMainWindowOpensEachFinderOnce();
 };
 
 void FinderWindowsTest::searchWizardShowsEveryControlAndLoadsTheSettings() {
@@ -537,6 +539,18 @@ void FinderWindowsTest::bestCopiesGoToARealTrashOnlyWhenConfirmed() {
     QVERIFY(QFile::exists(QString::fromStdString(root + "/xdg/Trash/files/low.mp3")));
     QCOMPARE(window.Results().Rows().size(), std::size_t{2});
     qunsetenv("XDG_DATA_HOME");
+}
+
+void FinderWindowsTest::theMainWindowOpensEachFinderOnce() {
+    Host h;
+    QWidget main;
+    jk::OpenSearchWizard(h.host, &main);
+    jk::OpenSearchWizard(h.host, &main);
+    jk::OpenDuplicateFinder(h.host, &main);
+    QCOMPARE(main.findChildren<jk::wizSearch*>().size(), 1);
+    QCOMPARE(main.findChildren<jk::wizDuplicate*>().size(), 1);
+    main.findChild<jk::wizSearch*>()->Command2_Click();
+    QTRY_COMPARE(main.findChildren<jk::wizSearch*>().size(), 0);
 }
 
 QTEST_MAIN(FinderWindowsTest)

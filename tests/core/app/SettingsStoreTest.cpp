@@ -57,9 +57,9 @@ TEST(SettingsTable, HoldsEachKeyOnceInTheFileOrderOfSections) {
     EXPECT_EQ(seen, order);
     // 353 of the Windows program, the extensions, and widths for the files and playlist panes' (and
     // the clipboard viewer's) columns 10 to 12.
-    EXPECT_EQ(SettingsTable().size(), 365u);
+    EXPECT_EQ(SettingsTable().size(), 366u);
     EXPECT_EQ(SettingName(SettingsTable().front()), "INIexists.Check");
-    EXPECT_EQ(SettingName(SettingsTable().back()), "Options.SafeCatalogue");
+    EXPECT_EQ(SettingName(SettingsTable().back()), "Options.SearchAsYouType");
 }
 
 TEST(SettingsTable, KindsMatchTheirMembers) {
