@@ -30,6 +30,7 @@ public:
     // The bridge the player steps go through; without one no player runs or starts, and the
     // kind is still set.
     void UsePlayer(PlayerBridge* bridge) { m_player = bridge; }
+    PlayerBridge* Player() const { return m_player; }
 
     // Start-up.
     // The folder tree's drive roots (Session::Drives) from the front end's drive list.

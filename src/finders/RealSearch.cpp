@@ -17,7 +17,7 @@ namespace {
 // The search's side of a walk: each file read, tested and added, and the window told.
 class SearchWalk {
 public:
-    SearchWalk(const SearchRequest& request, const ScanSetup& setup, RowList& rows,
+    SearchWalk(const SearchRequest& request, const RealFileSetup& setup, RowList& rows,
                SearchFront& front)
         : m_request(request), m_setup(setup), m_rows(rows), m_front(front) {}
 
@@ -25,7 +25,13 @@ public:
         SongConsumer consume = [this](std::string& path, const PrefetchedBytes* prefetched) {
             Consume(path, prefetched);
         };
-        return ReadAheadScanner(m_setup.FilterMode, std::move(consume), m_setup.CacheStamp,
+        CacheStampLookup stamps;
+        if (m_setup.Lookup != nullptr && !m_setup.ReadSong) {
+            stamps = [lookup = m_setup.Lookup](std::string_view path) {
+                return lookup->StampAhead(path);
+            };
+        }
+        return ReadAheadScanner(m_setup.FilterMode, std::move(consume), std::move(stamps),
                                 m_setup.ReadAheadThreads);
     }
 
@@ -59,11 +65,14 @@ private:
         }
         ShowFolderOf(path);
         SongInfo read;
-        SongView song;
-        const bool readable = m_setup.ReadSongView
-                                  ? m_setup.ReadSongView(path, prefetched, read, song)
-                                  : (read = m_setup.ReadSong(path, prefetched), song = ViewOf(read),
-                                     !IsNonExistant(read));
+        if (m_setup.ReadSong) {
+            read = m_setup.ReadSong(path);
+        } else if (m_setup.Lookup == nullptr) {
+            return;
+        }
+        const SongInfo& song =
+            m_setup.ReadSong ? read : LendSongInfo(path, *m_setup.Lookup, prefetched);
+        const bool readable = !IsNonExistant(song);
         if (!readable || Trim(song.Title) == kFileNonExistant) {
             return;
         }
@@ -80,7 +89,7 @@ private:
         }
     }
 
-    static std::string_view SearchFieldOf(const SongView& song, SearchField field) {
+    static std::string_view SearchFieldOf(const SongInfo& song, SearchField field) {
         switch (field) {
             case SearchField::Title:
                 return song.Title;
@@ -118,7 +127,7 @@ private:
     }
 
     const SearchRequest& m_request;
-    const ScanSetup& m_setup;
+    const RealFileSetup& m_setup;
     RowList& m_rows;
     SearchFront& m_front;
     std::string m_shownFolder;
@@ -127,7 +136,7 @@ private:
 };
 
 // One folder without its sub-folders.
-void SearchOneFolder(std::string folder, SearchWalk& walk, const ScanSetup& setup,
+void SearchOneFolder(std::string folder, SearchWalk& walk, const RealFileSetup& setup,
                      SearchFront& front) {
     std::vector<std::string> dirs;
     std::vector<std::string> files;
@@ -154,7 +163,7 @@ void SearchOneFolder(std::string folder, SearchWalk& walk, const ScanSetup& setu
 }  // namespace
 
 SearchEnd RecurseSearchFolder(const std::string& folder, const SearchRequest& request,
-                              const ScanSetup& setup, RowList& rows, SearchFront& front,
+                              const RealFileSetup& setup, RowList& rows, SearchFront& front,
                               bool stayOnFilesystem) {
     SearchWalk walk(request, setup, rows, front);
     if (!request.Subfolders) {
@@ -172,13 +181,13 @@ SearchEnd RecurseSearchFolder(const std::string& folder, const SearchRequest& re
 }
 
 SearchEnd SearchFolder(const std::string& folder, const SearchRequest& request,
-                       const ScanSetup& setup, RowList& rows, SearchFront& front) {
+                       const RealFileSetup& setup, RowList& rows, SearchFront& front) {
     front.SetPanelStatus(request.Subfolders ? kSearchingDirectories : kSearchingDirectory);
     return RecurseSearchFolder(folder, request, setup, rows, front);
 }
 
 SearchEnd SearchAllRealDrives(const DriveList& drives, const SearchRequest& request,
-                              const ScanSetup& setup, RowList& rows, SearchFront& front) {
+                              const RealFileSetup& setup, RowList& rows, SearchFront& front) {
     front.SetPanelStatus(kSearchingMyComputer);
     SearchWalk walk(request, setup, rows, front);
     // One walk over all drives, so a folder bind-mounted on a second drive is searched once.

@@ -28,7 +28,7 @@ std::string_view TitleOrName(std::string_view title, std::string_view path) {
 
 }  // namespace
 
-ListRow RealHitRow(const SongView& song) {
+ListRow RealHitRow(const SongInfo& song) {
     const std::string_view path = Trim(song.Path);
     const std::string_view title = Trim(song.Title);
     const std::string bitrate = PadField(song.Bitrate, 4);

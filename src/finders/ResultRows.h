@@ -15,7 +15,7 @@ namespace jk {
 
 // A hit on a real file: every member trimmed, the Title falling back to the bare file name of
 // the Path when it trims to empty, the Bitrate trimmed and then cut or padded to 4 characters.
-ListRow RealHitRow(const SongView& song);
+ListRow RealHitRow(const SongInfo& song);
 // A hit in the catalogue: members as stored, the Title falling back as above.
 ListRow CatalogueHitRow(const SongFieldViews& fields);
 

@@ -10,8 +10,8 @@
 
 #include "app/Settings.h"
 #include "browse/DriveRoot.h"
-#include "browse/FolderScan.h"
 #include "finders/CatalogueView.h"
+#include "finders/RealSearch.h"
 #include "finders/SearchRequest.h"
 #include "listing/ListRow.h"
 
@@ -64,7 +64,7 @@ bool IsCatalogueScope(SearchScope scope);
 // Where a search may look.
 struct SearchSources {
     const DriveList* Drives = nullptr;
-    const ScanSetup* Real = nullptr;           // lister and song lookups of real files
+    const RealFileSetup* Real = nullptr;       // lister and song lookups of real files
     const CatalogueView* Catalogue = nullptr;  // null: no catalogue
 };
 

@@ -37,14 +37,6 @@ bool Contains(std::string_view haystack, std::string_view needle) {
     return ::memmem(haystack.data(), haystack.size(), needle.data(), needle.size()) != nullptr;
 }
 
-bool IsAscii(std::string_view text) {
-    unsigned char any = 0;
-    for (const char c : text) {
-        any |= static_cast<unsigned char>(c);
-    }
-    return any < 0x80;
-}
-
 char AsciiLowerChar(char c) {
     return (c >= 'A' && c <= 'Z') ? static_cast<char>(c + 32) : c;
 }

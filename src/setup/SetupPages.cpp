@@ -235,6 +235,9 @@ std::vector<SetupControl> BuildControls() {
     c.push_back(InGroup(Check("mAdvanced", "chkSafeCatalogue",
                               "Save the virtual drives after each change", "SafeCatalogue"),
                         "Virtual drives"));
+    c.push_back(InGroup(Check("mAdvanced", "chkSearchAsYouType", "Search the catalogue as you type",
+                              "SearchAsYouType"),
+                        "Virtual drives"));
     c.push_back(InGroup(Check("mAdvanced", "chkHTMLEscape",
                               "Escape &, <, > and quotes in published HTML pages", "HTMLEscape"),
                         "Publishing"));

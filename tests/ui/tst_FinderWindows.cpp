@@ -71,7 +71,7 @@ struct Host {
     jk::test::MemoryCatalogue catalogue;
     jk::test::FakeFolderLister lister;
     std::map<std::string, jk::SongInfo> songs;
-    jk::ScanSetup real;
+    jk::RealFileSetup real;
     jk::DriveList drives;
     jk::FinderHost host;
     std::vector<std::string> asked;
@@ -99,11 +99,8 @@ struct Host {
         real.Lister = &lister;
         real.FilterMode = 0;
         real.ReadAheadThreads = 0;
-        real.ReadSongView = [this](std::string& path, const jk::PrefetchedBytes*,
-                                   jk::SongInfo& read, jk::SongView& view) {
-            read = songs.count(path) != 0 ? songs[path] : jk::NonExistantSong();
-            view = jk::ViewOf(read);
-            return true;
+        real.ReadSong = [this](const std::string& path) {
+            return songs.count(path) != 0 ? songs[path] : jk::NonExistantSong();
         };
         auto& pop = catalogue.Add("Pop");
         pop.Songs.push_back(jk::test::Song("Love me", "Ann", "/pop/love.mp3"));

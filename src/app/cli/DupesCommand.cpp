@@ -13,7 +13,6 @@
 #include "app/cli/CommandOutput.h"
 #include "app/cli/FinderArgs.h"
 #include "app/cli/SongLookupRun.h"
-#include "browse/CacheScan.h"
 #include "browse/FolderScan.h"
 #include "finders/BestCopies.h"
 #include "finders/DuplicateFinder.h"
@@ -141,8 +140,11 @@ int RunDupes(CliContext& context, std::span<const std::string> args) {
         }
         PosixFolderLister lister;
         RowList files;
-        GetFolderNow(path, files,
-                     CacheScanSetup(run.Lookup(), lister, session.Settings.FilterMode));
+        ScanSetup setup;
+        setup.Lister = &lister;
+        setup.FilterMode = session.Settings.FilterMode;
+        setup.Lookup = &run.Lookup();
+        GetFolderNow(path, files, setup);
         LoadRowsSource(files, kSourceFolder, records);
     }
     if (virtualDrives) {

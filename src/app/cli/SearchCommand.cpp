@@ -13,7 +13,7 @@
 #include "app/cli/CommandOutput.h"
 #include "app/cli/FinderArgs.h"
 #include "app/cli/SongLookupRun.h"
-#include "browse/CacheScan.h"
+#include "browse/FolderScan.h"
 #include "finders/ResultRows.h"
 #include "finders/SearchForm.h"
 #include "platform/DirectoryListing.h"
@@ -147,7 +147,10 @@ int RunSearchCommand(CliContext& context, std::span<const std::string> args) {
 
     const bool json = parsed.Has("--json");
     PosixFolderLister lister;
-    const ScanSetup setup = CacheScanSetup(run.Lookup(), lister, session.Settings.FilterMode);
+    RealFileSetup setup;
+    setup.Lister = &lister;
+    setup.FilterMode = session.Settings.FilterMode;
+    setup.Lookup = &run.Lookup();
     const DriveList drives = ListDrives();
     SearchSources sources;
     sources.Drives = &drives;

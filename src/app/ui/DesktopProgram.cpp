@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include "app/Shutdown.h"
+#include "app/ui/MainFinders.h"
 #include "app/ui/MainPlayer.h"
 #include "app/ui/MainSetupEffects.h"
 #include "app/ui/VirtualDriveWiring.h"
@@ -42,7 +43,8 @@ DesktopProgram::DesktopProgram(std::string dataFolder, SessionData& data)
       m_main(m_session),
       m_front(m_session, m_splash, m_main),
       m_setupEffects(std::make_unique<MainSetupEffects>(m_session, m_data, m_main)),
-      m_virtualDrives(std::make_unique<VirtualDriveWiring>(m_session, m_main, m_front)) {
+      m_virtualDrives(std::make_unique<VirtualDriveWiring>(m_session, m_main, m_front)),
+      m_finders(std::make_unique<MainFinders>(m_session, m_main, m_data.Player())) {
     m_main.SetCloseHandler([this] { return CloseRequested(); });
     m_front.saveList = [this] { SaveListClick(); };
     m_front.updateBookmarks = [this] { m_virtualDrives->UpdateBookmarks(); };
@@ -73,6 +75,7 @@ DesktopProgram::~DesktopProgram() = default;
 
 void DesktopProgram::UsePlayer(PlayerBridge& bridge) {
     m_player = std::make_unique<MainPlayer>(m_session, m_main, m_front, bridge, *m_setupEffects);
+    m_finders->UsePlayer(&bridge);
 }
 
 StartupResult DesktopProgram::Start() {

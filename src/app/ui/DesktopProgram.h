@@ -19,6 +19,7 @@ class QApplication;
 namespace jk {
 
 class MainPlayer;
+class MainFinders;
 class MainSetupEffects;
 class PlayerBridge;
 class TerminationWatch;
@@ -65,6 +66,8 @@ public:
     // player seams.
     MainSetupEffects& SetupEffectsOfMain() { return *m_setupEffects; }
     VirtualDriveWiring& VirtualDrives() { return *m_virtualDrives; }
+    // The finders' host, as the windows opened from the main window see it.
+    MainFinders& Finders() { return *m_finders; }
     // True once the shutdown sequence has run to its end.
     bool ShutDown() const { return m_shutDown; }
 
@@ -84,6 +87,7 @@ private:
     std::unique_ptr<MainSetupEffects> m_setupEffects;
     std::unique_ptr<MainPlayer> m_player;
     std::unique_ptr<VirtualDriveWiring> m_virtualDrives;
+    std::unique_ptr<MainFinders> m_finders;
     std::unique_ptr<TerminationWatch> m_terminationWatch;
     bool m_shutDown = false;
     bool m_closing = false;  // a shutdown sequence is under way

@@ -10,7 +10,7 @@
 
 #include "app/Settings.h"
 #include "browse/DriveRoot.h"
-#include "browse/FolderScan.h"
+#include "finders/RealSearch.h"
 #include "listing/ListRow.h"
 #include "util/UserMessage.h"
 
@@ -30,7 +30,7 @@ struct FinderHost {
     const CatalogueView* Catalogue = nullptr;  // null: no catalogued discs
     std::string CurrentFolder;                 // the files pane's folder
     const DriveList* Drives = nullptr;         // the drives "Real drives" walks
-    const ScanSetup* RealFiles = nullptr;      // how real folders are listed and songs read
+    const RealFileSetup* RealFiles = nullptr;  // how real folders are listed and songs read
 
     // Main's status panel 5.
     std::function<void(const std::string& text)> PanelStatus;

@@ -1,11 +1,8 @@
 #pragma once
 
-// Opening the finders from the main window. Each of its three commands is one line, with the
-// host the main window fills from its session, panes, file operations and player:
-//     m_main.Wire("Wizard_Search", [this] { OpenSearchWizard(Finders(), &m_main); });
-//     m_main.Wire("DupeWiz", [this] { OpenDuplicateFinder(Finders(), &m_main); });
-//     m_main.Wire("Wizard_Selection", [this] { RunSelectionWizard(Finders(), &m_main); });
-// (the toolbar key "search" runs "Wizard_Search"). RunSelectionWizard is in wizSelect.h.
+// Opening the finders beside the main window; app/ui/MainFinders.h wires "Wizard_Search" (and
+// so the toolbar key "search"), "DupeWiz" and "Wizard_Selection" (RunSelectionWizard, in
+// wizSelect.h) to them over the host it fills.
 
 #include "finders/ui/FinderHost.h"
 

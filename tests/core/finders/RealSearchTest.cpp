@@ -48,11 +48,8 @@ protected:
         setup.Lister = &lister;
         setup.FilterMode = 0;
         setup.ReadAheadThreads = 0;
-        setup.ReadSongView = [this](std::string& path, const PrefetchedBytes*, SongInfo& read,
-                                    SongView& view) {
-            read = songs.count(path) != 0 ? songs[path] : NonExistantSong();
-            view = ViewOf(read);
-            return !IsNonExistant(read);
+        setup.ReadSong = [this](const std::string& path) {
+            return songs.count(path) != 0 ? songs[path] : NonExistantSong();
         };
     }
 
@@ -72,7 +69,7 @@ protected:
 
     test::FakeFolderLister lister;
     std::map<std::string, SongInfo> songs;
-    ScanSetup setup;
+    RealFileSetup setup;
     SearchRequest request;
     RowList rows;
     Front front;

@@ -307,14 +307,14 @@ TEST(ResultRows, RealHitsTrimmedCatalogueHitsAsStored) {
     song.Bitrate = "  128000";
     song.Path = " /music/a b.mp3 ";
     song.Size = " 123";
-    const ListRow real = RealHitRow(ViewOf(song));
+    const ListRow real = RealHitRow(song);
     EXPECT_EQ(real.Get(Column::Title), "a b.mp3");
     EXPECT_EQ(real.Get(Column::Artist), "Artist");
     EXPECT_EQ(real.Get(Column::Bitrate), "1280");
     EXPECT_EQ(real.Get(Column::Filename), "/music/a b.mp3");
     EXPECT_EQ(real.Get(Column::Size), "123");
     song.Bitrate = "96";
-    EXPECT_EQ(RealHitRow(ViewOf(song)).Get(Column::Bitrate), "96  ");
+    EXPECT_EQ(RealHitRow(song).Get(Column::Bitrate), "96  ");
 
     SongFieldViews fields{};
     fields[kKeyTitle - 1] = " Kept ";
