@@ -8,11 +8,11 @@
 
 #include "catalogue/CachePerformance.h"
 #include "catalogue/SongCache.h"
-#include "catalogue/ui/CacheViewer.h"
-#include "catalogue/ui/CacheViewerModel.h"
-#include "catalogue/ui/wizCache.h"
 #include "support/CacheRecords.h"
 #include "ui/WindowShots.h"
+#include "ui/catalogue/CacheViewer.h"
+#include "ui/catalogue/CacheViewerModel.h"
+#include "ui/catalogue/wizCache.h"
 
 namespace jk {
 namespace {

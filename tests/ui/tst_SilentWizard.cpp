@@ -12,8 +12,8 @@
 #include <QTimer>
 
 #include "metadata/SilentMp3.h"
-#include "metadata/ui/wizSilent.h"
 #include "ui/WindowShots.h"
+#include "ui/metadata/wizSilent.h"
 
 namespace jk {
 

@@ -15,12 +15,12 @@
 #include <QTest>
 
 #include "catalogue/VirtualSummary.h"
-#include "catalogue/ui/BookmarkModel.h"
-#include "catalogue/ui/BookmarkWindows.h"
-#include "catalogue/ui/VirtualVolumeDialogs.h"
-#include "catalogue/ui/Virtual_Summary.h"
-#include "catalogue/ui/wizVirtual.h"
 #include "ui/WindowShots.h"
+#include "ui/catalogue/BookmarkModel.h"
+#include "ui/catalogue/BookmarkWindows.h"
+#include "ui/catalogue/VirtualVolumeDialogs.h"
+#include "ui/catalogue/Virtual_Summary.h"
+#include "ui/catalogue/wizVirtual.h"
 
 namespace jk {
 namespace {

@@ -8,10 +8,10 @@
 #include "app/ui/MainWindow.h"
 #include "catalogue/Bookmarks.h"
 #include "catalogue/DiscPresence.h"
-#include "catalogue/ui/VirtualVolumeDialogs.h"
 #include "platform/DirectoryListing.h"
 #include "platform/DiscMounts.h"
 #include "setup/ui/VirtualWindows.h"
+#include "ui/catalogue/VirtualVolumeDialogs.h"
 
 namespace jk {
 

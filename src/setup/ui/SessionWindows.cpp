@@ -2,8 +2,8 @@
 
 #include "app/Session.h"
 #include "catalogue/CachePerformance.h"
-#include "catalogue/ui/wizCache.h"
-#include "metadata/ui/wizSilent.h"
+#include "ui/catalogue/wizCache.h"
+#include "ui/metadata/wizSilent.h"
 
 namespace jk {
 

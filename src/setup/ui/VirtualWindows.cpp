@@ -8,11 +8,11 @@
 #include "app/VirtualDrives.h"
 #include "catalogue/DiscPresence.h"
 #include "catalogue/VirtualSummary.h"
-#include "catalogue/ui/BookmarkWindows.h"
-#include "catalogue/ui/DialogParts.h"
-#include "catalogue/ui/VirtualVolumeDialogs.h"
-#include "catalogue/ui/Virtual_Summary.h"
-#include "catalogue/ui/wizVirtual.h"
+#include "ui/catalogue/BookmarkWindows.h"
+#include "ui/catalogue/DialogParts.h"
+#include "ui/catalogue/VirtualVolumeDialogs.h"
+#include "ui/catalogue/Virtual_Summary.h"
+#include "ui/catalogue/wizVirtual.h"
 #include "util/Text.h"
 
 namespace jk {

@@ -1,4 +1,4 @@
-#include "catalogue/ui/DialogParts.h"
+#include "ui/catalogue/DialogParts.h"
 
 #include <QComboBox>
 #include <QCoreApplication>

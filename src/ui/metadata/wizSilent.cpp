@@ -1,4 +1,4 @@
-#include "metadata/ui/wizSilent.h"
+#include "ui/metadata/wizSilent.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>

@@ -1,4 +1,4 @@
-#include "catalogue/ui/CacheViewerModel.h"
+#include "ui/catalogue/CacheViewerModel.h"
 
 #include <limits>
 

@@ -1,4 +1,4 @@
-#include "catalogue/ui/wizCache.h"
+#include "ui/catalogue/wizCache.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>
@@ -11,7 +11,7 @@
 #include <QVBoxLayout>
 
 #include "catalogue/CachePerformance.h"
-#include "catalogue/ui/CacheViewer.h"
+#include "ui/catalogue/CacheViewer.h"
 
 namespace jk {
 

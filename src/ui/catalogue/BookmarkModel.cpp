@@ -1,8 +1,8 @@
-#include "catalogue/ui/BookmarkModel.h"
+#include "ui/catalogue/BookmarkModel.h"
 
 #include <QIcon>
 
-#include "catalogue/ui/DialogParts.h"
+#include "ui/catalogue/DialogParts.h"
 
 namespace jk {
 

@@ -1,4 +1,4 @@
-#include "catalogue/ui/VirtualVolumeDialogs.h"
+#include "ui/catalogue/VirtualVolumeDialogs.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -1,4 +1,4 @@
-#include "catalogue/ui/BookmarkWindows.h"
+#include "ui/catalogue/BookmarkWindows.h"
 
 #include <QAction>
 #include <QDialogButtonBox>
@@ -12,8 +12,8 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 
-#include "catalogue/ui/BookmarkModel.h"
-#include "catalogue/ui/DialogParts.h"
+#include "ui/catalogue/BookmarkModel.h"
+#include "ui/catalogue/DialogParts.h"
 
 namespace jk {
 

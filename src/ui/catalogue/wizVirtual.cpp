@@ -1,4 +1,4 @@
-#include "catalogue/ui/wizVirtual.h"
+#include "ui/catalogue/wizVirtual.h"
 
 #include <QCheckBox>
 #include <QComboBox>

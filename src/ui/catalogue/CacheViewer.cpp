@@ -1,4 +1,4 @@
-#include "catalogue/ui/CacheViewer.h"
+#include "ui/catalogue/CacheViewer.h"
 
 #include <QDialogButtonBox>
 #include <QHeaderView>
@@ -8,7 +8,7 @@
 
 #include "catalogue/CacheViewerText.h"
 #include "catalogue/SongCache.h"
-#include "catalogue/ui/CacheViewerModel.h"
+#include "ui/catalogue/CacheViewerModel.h"
 
 namespace jk {
 

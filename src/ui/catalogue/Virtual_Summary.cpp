@@ -1,4 +1,4 @@
-#include "catalogue/ui/Virtual_Summary.h"
+#include "ui/catalogue/Virtual_Summary.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>
@@ -9,7 +9,7 @@
 #include <QVBoxLayout>
 
 #include "catalogue/VirtualSummary.h"
-#include "catalogue/ui/DialogParts.h"
+#include "ui/catalogue/DialogParts.h"
 
 namespace jk {
 namespace {

@@ -13,7 +13,7 @@
 
 #include <QDialog>
 
-#include "catalogue/ui/DialogParts.h"
+#include "ui/catalogue/DialogParts.h"
 
 class QCheckBox;
 class QComboBox;
