@@ -168,11 +168,6 @@ void MainPlayer::ShowWinPlayIcon() {
     }
 }
 
-void MainPlayer::SetPlayerMode() {
-    jk::SetPlayerMode(m_session, m_bridge);
-    ApplyPlayerMode();
-}
-
 void ShowPlayerMode(Main& main, const PlayerMode& mode) {
     main.UpdatePlayerMode(mode);
     for (const RemoteItem& item : RemoteItems()) {
@@ -184,17 +179,6 @@ void ShowPlayerMode(Main& main, const PlayerMode& mode) {
         if (QAction* button = main.ToolbarButton(key.Name)) {
             button->setVisible(mode.shown.Has(key.Command));
         }
-    }
-}
-
-void MainPlayer::ApplyPlayerMode() {
-    const PlayerMode mode = UpdatePlayerMode(m_bridge);
-    ShowPlayerMode(m_main, mode);
-    // A player whose kind steers nothing has no song to show.
-    if (!mode.volumePanel) {
-        m_main.SetTimeText({});
-        m_main.SetSongText({});
-        m_panels = StatusPanels();
     }
 }
 

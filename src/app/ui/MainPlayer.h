@@ -40,9 +40,6 @@ public:
                MainSetupEffects& effects);
     ~MainPlayer() override;
 
-    // SetPlayerMode, then what the window shows for that player (UpdatePlayerMode).
-    void SetPlayerMode();
-    void ApplyPlayerMode();
     // Setup's ShowCurrSong switched: the time and song panels emptied, or filled at once.
     void ShowCurrSongChanged(bool on);
     // The IntroPlay key, as the toolbar button shows it.
