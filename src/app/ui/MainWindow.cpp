@@ -75,7 +75,11 @@ Main::Main(Session& session, QWidget* parent)
     ListStats();
 }
 
-Main::~Main() = default;
+Main::~Main() {
+    // The tree model is a Qt child, so it would outlive the tree it watches: let it go first.
+    delete m_treeModel;
+    m_treeModel = nullptr;
+}
 
 void Main::BuildPanes() {
     m_treeModel = new FolderTreeModel(*m_tree, this);

@@ -37,7 +37,7 @@ TEST(TextTest, FollowsInStrOverTheCheckedFields) {
     song.Volume = "Été à Paris";
     const SearchFieldSet all = ParseFieldFlags("111111111");
     struct Case {
-        const char* query;
+        std::string query;
         bool binary;
         SearchFieldSet fields;
         bool found;
@@ -58,7 +58,7 @@ TEST(TextTest, FollowsInStrOverTheCheckedFields) {
         {"ÉTÉ", true, Only({SearchField::Volume}), false},
         {"joy", false, Only({SearchField::Title, SearchField::Album}), false},
         {"\xC3", false, all, false},  // a lone byte is no "É"
-        {std::string(10240, 'x').c_str(), false, all, false},
+        {std::string(10240, 'x'), false, all, false},
     };
     for (const Case& c : cases) {
         EXPECT_EQ(TextTest(song, c.fields, TextQuery(c.query, c.binary)), c.found)
