@@ -1,16 +1,56 @@
 #include "app/PlayerSession.h"
 
 #include "app/Session.h"
+#include "catalogue/InsertDisc.h"
 #include "playback/PlayLists.h"
 #include "playback/PlayerKind.h"
 #include "playback/Shuffler.h"
+#include "util/FileIo.h"
 
 namespace jk {
 
 namespace {
 
+// The play's front asks; a front that cannot ask shows the question and answers Cancel, or No,
+// so the songs never silently fail to play.
+class FrontQuestions final : public InsertDiscQuestions {
+public:
+    explicit FrontQuestions(const PlayFront& front) : m_front(front) {}
+    RetryAnswer AskRetryCancel(const UserMessage& question) override {
+        if (m_front.askRetry) {
+            return m_front.askRetry(question) ? RetryAnswer::Retry : RetryAnswer::Cancel;
+        }
+        Tell(question);
+        return RetryAnswer::Cancel;
+    }
+    bool AskYesNo(const UserMessage& question) override {
+        if (m_front.askYesNo) {
+            return m_front.askYesNo(question);
+        }
+        Tell(question);
+        return false;
+    }
+
+private:
+    void Tell(const UserMessage& question) const {
+        if (m_front.showMessage) {
+            m_front.showMessage(question);
+        }
+    }
+    const PlayFront& m_front;
+};
+
 RunPlaylistResult Run(std::vector<std::string> songs, bool queue, Session& session,
                       PlayerBridge& bridge, const PlayFront& front) {
+    if (!songs.empty() && session.Settings.DiscIdentity != 0 && !session.Virtual.Volumes.empty()) {
+        FrontQuestions questions(front);
+        const PlayCheckSources sources{session.DiscLister, &FileExists};
+        PlayCheck check = CheckDiscsBeforePlay(songs, session.Virtual, sources, questions);
+        if (!check.play) {
+            return {};
+        }
+        songs = std::move(check.paths);
+    }
     return RunPlaylist(std::move(songs), queue, PlaySettingsOf(session.Settings), bridge, front);
 }
 

@@ -28,7 +28,10 @@ void SetPlayerMode(Session& session, PlayerBridge& bridge);
 // for every player that can carry them; an MPRIS player says which by its Can... properties.
 PlayerMode UpdatePlayerMode(PlayerBridge& bridge);
 
-// The play and queue commands. `pane` is the files pane or the playlist's rows.
+// The play and queue commands. `pane` is the files pane or the playlist's rows. Every one of
+// them checks the songs first: with DiscIdentity, songs missing on a catalogued disc that is
+// not inserted bring the "Insert disc" question through the front, and songs on a disc mounted
+// elsewhere play from where it is now.
 // PlayListNow (Play_Click, Playlist_Click, PlayPlaylist_Click, toolbar "playlist") and
 // PlayFolderNow (PlayFolder_Click, PlayFolderNow_Click, toolbar "playfol"): every row.
 RunPlaylistResult PlayAllRows(const RowList& pane, Session& session, PlayerBridge& bridge,

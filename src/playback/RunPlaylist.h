@@ -47,6 +47,11 @@ struct PlayFront {
     std::function<void(const UserMessage&)> showMessage;
     // Songs handed over of all, between two batches of the message road; false stops the load.
     std::function<bool(std::int64_t done, std::int64_t total)> progress;
+    // The questions asked before songs reach the player (a disc to insert): true for Retry,
+    // and for Yes. A front that cannot ask leaves them empty: the question is shown as a
+    // message and answered Cancel, or No.
+    std::function<bool(const UserMessage&)> askRetry;
+    std::function<bool(const UserMessage&)> askYesNo;
 };
 
 enum class PlayRoad : std::uint8_t {

@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QList>
 #include <QMessageBox>
+#include <QPointer>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -67,7 +68,8 @@ private:
 
     QList<QMessageBox::StandardButton> m_answers;
     QTimer m_timer;
-    QMessageBox* m_last = nullptr;
+    // Guarded: the next box may be built where the last one stood.
+    QPointer<QMessageBox> m_last;
 };
 
 // The data folder's path as the program holds it, ending in "/".

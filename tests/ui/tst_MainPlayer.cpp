@@ -10,7 +10,9 @@
 #include <vector>
 
 #include <QAction>
+#include <QFile>
 #include <QLabel>
+#include <QMessageBox>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -21,11 +23,13 @@
 #include "app/ui/ListPane.h"
 #include "app/ui/MainPlayer.h"
 #include "app/ui/MainSetupEffects.h"
+#include "catalogue/VirtualVolumes.h"
 #include "platform/SystemPlayerPlatform.h"
 #include "playback/PlayerBridge.h"
 #include "playback/PlayerTransport.h"
 #include "playback/ui/PlaylistModel.h"
 
+using jk::test::BoxAnswerer;
 using jk::test::FolderOf;
 using jk::test::WritePreviousRun;
 
@@ -64,6 +68,7 @@ class MainPlayerTest : public QObject {
 
 private Q_SLOTS:
     void theWindowSteersThePlayerItNames();
+    void aPlayOfSongsOnAnAbsentDiscAsksForIt();
 };
 
 void MainPlayerTest::theWindowSteersThePlayerItNames() {
@@ -148,6 +153,120 @@ void MainPlayerTest::theWindowSteersThePlayerItNames() {
     main.show();
     QVERIFY(QTest::qWaitForWindowExposed(&main));
     jk::test::SaveShot(main, QStringLiteral("main-player"));
+
+    session.Playlist.PlaylistSaved = true;
+    QVERIFY(main.close());
+}
+
+void MainPlayerTest::aPlayOfSongsOnAnAbsentDiscAsksForIt() {
+    QTemporaryDir dir;
+    WritePreviousRun(dir);
+    std::vector<std::string> calls;
+    jk::SystemPlayerPlatform platform;
+    jk::PlayerBridge bridge(platform, {}, [&](const jk::PlayerTarget&) {
+        return std::make_unique<RecordingPlayer>(calls);
+    });
+    jk::SessionData data;
+    data.UsePlayer(&bridge);
+    jk::DesktopProgram program(FolderOf(dir), data);
+    program.UsePlayer(bridge);
+    program.Start();
+    jk::Main& main = program.MainWindow();
+    jk::Session& session = program.State();
+    session.Settings.PlayerExes[1] = "/usr/bin/mpv";
+    program.SetupEffectsOfMain().SetPlayerMode();
+
+    // SUMMER_99 was scanned at /media/ann/SUMMER_99; a song of the data folder stands beside.
+    session.Settings.DiscIdentity = 1;
+    jk::VirtualVolume volume("SUMMER_99");
+    for (const char* path : {"/media/ann/SUMMER_99/one.mp3", "/media/ann/SUMMER_99/two.mp3"}) {
+        jk::SongInfo song;
+        song.Path = path;
+        jk::VolumeAppend(volume, song);
+    }
+    session.Virtual.Volumes.push_back(std::move(volume));
+    session.Virtual.Discs.push_back(
+        {"SUMMER_99", "SUMMER99", "", "iso9660", "/media/ann/SUMMER_99", "20260101120000"});
+    const std::string here = FolderOf(dir) + "here.mp3";
+    QFile(QString::fromStdString(here)).open(QIODevice::WriteOnly);
+    int listings = 0;
+    jk::MountedDiscs mounted;
+    session.DiscLister = [&] {
+        ++listings;
+        return mounted;
+    };
+    const auto fillRows = [&](const std::vector<std::string>& paths) {
+        session.Playlist.Rows.clear();
+        for (const std::string& path : paths) {
+            session.Playlist.Rows.push_back(jk::GhostRow(path));
+        }
+        main.PlaylistFilledOutside();
+        calls.clear();
+    };
+    const auto playRows = [&](const std::vector<std::string>& paths) {
+        fillRows(paths);
+        main.Action("PlayList")->trigger();
+    };
+    const std::vector<std::string> onDisc{"/media/ann/SUMMER_99/one.mp3",
+                                          "/media/ann/SUMMER_99/two.mp3"};
+
+    {
+        // Cancel: nothing reaches the player.
+        BoxAnswerer answerer({QMessageBox::Cancel});
+        playRows(onDisc);
+        QCOMPARE(answerer.seen.size(), 1);
+        QCOMPARE(answerer.seen[0].title, QStringLiteral("Insert disc"));
+        QCOMPARE(answerer.seen[0].text,
+                 QStringLiteral("Please insert the disc \"SUMMER_99\" (label SUMMER99) to play "
+                                "these 2 songs."));
+        QVERIFY(calls.empty());
+    }
+    {
+        // Retry once the disc is in, mounted elsewhere: its songs play from there.
+        BoxAnswerer answerer({QMessageBox::Retry});
+        listings = 0;
+        session.DiscLister = [&] {
+            if (listings++ > 0) {
+                return jk::MountedDiscs{{"/run/media/ann/SUMMER99", "SUMMER99", "", "iso9660"}};
+            }
+            return jk::MountedDiscs{};
+        };
+        playRows(onDisc);
+        QCOMPARE(answerer.seen.size(), 1);
+        QVERIFY(std::find(calls.begin(), calls.end(), "Add /run/media/ann/SUMMER99/two.mp3") !=
+                calls.end());
+        QVERIFY(std::find(calls.begin(), calls.end(), "Play") != calls.end());
+    }
+    session.DiscLister = [] { return jk::MountedDiscs{}; };
+    {
+        // Present songs beside absent ones: the others play on Yes, nothing on No.
+        BoxAnswerer answerer({QMessageBox::No, QMessageBox::Yes});
+        playRows({here, onDisc[0]});
+        QVERIFY(calls.empty());
+        playRows({onDisc[1], here});
+        QCOMPARE(answerer.seen.size(), 2);
+        QCOMPARE(answerer.seen[1].text,
+                 QStringLiteral("1 songs are on discs that are not inserted: SUMMER_99.  Play the "
+                                "others?"));
+        QVERIFY(std::find(calls.begin(), calls.end(), "Add " + here) != calls.end());
+        QVERIFY(std::find(calls.begin(), calls.end(), "Add " + onDisc[1]) == calls.end());
+    }
+    {
+        // A queue passes the same check.
+        BoxAnswerer answerer({QMessageBox::Cancel});
+        fillRows(onDisc);
+        main.Action("QueueAll")->trigger();
+        QCOMPARE(answerer.seen.size(), 1);
+        QVERIFY(calls.empty());
+    }
+    {
+        // Without DiscIdentity nothing is asked: the songs go as they are.
+        session.Settings.DiscIdentity = 0;
+        BoxAnswerer answerer({});
+        playRows(onDisc);
+        QVERIFY(answerer.seen.isEmpty());
+        QVERIFY(std::find(calls.begin(), calls.end(), "Add " + onDisc[0]) != calls.end());
+    }
     session.Playlist.PlaylistSaved = true;
     QVERIFY(main.close());
 }

@@ -126,6 +126,9 @@ int RunPlay(CliContext& context, std::span<const std::string> args) {
         .showMessage =
             [](const UserMessage& message) { PrintError(message.title + " " + message.text); },
         .progress = ProgressOn(progress),
+        // Nothing is asked here: a disc to insert is told on standard error, and nothing plays.
+        .askRetry = {},
+        .askYesNo = {},
     };
     RunPlaylistResult result;
     if (parsed.Has("--queue")) {

@@ -9,6 +9,7 @@
 #include "app/Session.h"
 #include "app/ui/ListPane.h"
 #include "app/ui/MainWindow.h"
+#include "app/ui/PlayQuestions.h"
 #include "finders/ui/FinderWindows.h"
 #include "finders/ui/wizSelect.h"
 #include "platform/DirectoryListing.h"
@@ -148,6 +149,7 @@ void MainFinders::Play(const RowList& rows, PlayRequest how) {
     PlayFront front;
     front.minimizeMain = [this] { m_main.showMinimized(); };
     front.showMessage = [this](const UserMessage& message) { ShowMessage(&m_main, message); };
+    AskInBoxes(front, &m_main);
     switch (how) {
         case PlayRequest::EnqueueAll:
             QueueRows(rows, false, m_session, *m_player, front);

@@ -16,6 +16,7 @@
 #include "app/ui/ListPane.h"
 #include "app/ui/MainSetupEffects.h"
 #include "app/ui/MainWindow.h"
+#include "app/ui/PlayQuestions.h"
 #include "app/ui/PropertiesDialog.h"
 #include "playback/PlayerBridge.h"
 #include "playback/ui/PlaylistModel.h"
@@ -109,6 +110,7 @@ PlayFront MainPlayer::MakeFront() {
     front.minimizeMain = [this] { m_main.showMinimized(); };
     front.showWinPlayIcon = [this] { ShowWinPlayIcon(); };
     front.showMessage = [this](const UserMessage& message) { m_front.ShowMessage(message); };
+    AskInBoxes(front, &m_main);
     front.progress = [this](std::int64_t done, std::int64_t total) {
         m_main.SetPanelText(QStringLiteral("Loading songs: %1 of %2").arg(done).arg(total));
         // The window stays responsive while a long list goes over song by song.

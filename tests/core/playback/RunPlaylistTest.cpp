@@ -49,6 +49,8 @@ protected:
         .showWinPlayIcon = [this] { log.Add("WinPlayIcon"); },
         .showMessage = [this](const UserMessage& message) { messages.push_back(message); },
         .progress = {},
+        .askRetry = {},
+        .askYesNo = {},
     };
 };
 
