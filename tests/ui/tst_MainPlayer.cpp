@@ -154,6 +154,18 @@ void MainPlayerTest::theWindowSteersThePlayerItNames() {
     QVERIFY(QTest::qWaitForWindowExposed(&main));
     jk::test::SaveShot(main, QStringLiteral("main-player"));
 
+    // Setup's "Okay" changing to a player that reports nothing leaves none of the last one's
+    // time, song or volume behind, and later ticks write nothing.
+    session.Settings.PlayerExes[1] = "/opt/kjofol/KJofol.exe";
+    program.SetupEffectsOfMain().UpdatePlayerMode();
+    program.SetupEffectsOfMain().SetPlayerMode();
+    QCOMPARE(session.PlayerKind, std::int16_t{5});
+    for (const char* panel : {"Panel4", "Panel6", "Panel7"}) {
+        QVERIFY2(main.findChild<QLabel*>(QString::fromLatin1(panel))->text().isEmpty(), panel);
+    }
+    QVERIFY(!main.findChild<QLabel*>(QStringLiteral("Panel4"))->isVisible());
+    program.Player()->StatusTick();
+    QVERIFY(main.findChild<QLabel*>(QStringLiteral("Panel4"))->text().isEmpty());
     session.Playlist.PlaylistSaved = true;
     QVERIFY(main.close());
 }

@@ -76,6 +76,7 @@ MainPlayer::MainPlayer(Session& session, Main& main, DesktopFront& front, Player
             });
 
     m_effects.showCurrSongChanged = [this](bool on) { ShowCurrSongChanged(on); };
+    m_effects.playerModeShown = [this](const PlayerMode& mode) { PlayerModeShown(mode); };
     WireItems();
     m_introTimer->start();
     m_statusTimer->start();
@@ -83,6 +84,7 @@ MainPlayer::MainPlayer(Session& session, Main& main, DesktopFront& front, Player
 
 MainPlayer::~MainPlayer() {
     m_effects.showCurrSongChanged = {};
+    m_effects.playerModeShown = {};
 }
 
 void MainPlayer::WireItems() {
@@ -194,6 +196,16 @@ void MainPlayer::ShowCurrSongChanged(bool on) {
     if (on) {
         StatusTick();
     }
+}
+
+void MainPlayer::PlayerModeShown(const PlayerMode& mode) {
+    if (mode.volumePanel) {
+        return;
+    }
+    m_main.SetTimeText({});
+    m_main.SetSongText({});
+    m_main.SetVolumeText({});
+    m_panels = StatusPanels();
 }
 
 void MainPlayer::IntroPlay_Click() {

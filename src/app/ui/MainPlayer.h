@@ -42,6 +42,9 @@ public:
 
     // Setup's ShowCurrSong switched: the time and song panels emptied, or filled at once.
     void ShowCurrSongChanged(bool on);
+    // The window follows a new player mode: a player that reports nothing leaves no time,
+    // song or volume of the one before it in the status bar.
+    void PlayerModeShown(const PlayerMode& mode);
     // The IntroPlay key, as the toolbar button shows it.
     void IntroPlay_Click();
     // One tick of each timer (tests call them directly).

@@ -39,14 +39,21 @@ void MainSetupEffects::ShowCurrSongChanged(bool on) {
     }
 }
 
+void MainSetupEffects::ShowMode(const PlayerMode& mode) {
+    ShowPlayerMode(m_main, mode);
+    if (playerModeShown) {
+        playerModeShown(mode);
+    }
+}
+
 void MainSetupEffects::UpdatePlayerMode() {
-    ShowPlayerMode(m_main, m_data.UpdatePlayerMode(m_session));
+    ShowMode(m_data.UpdatePlayerMode(m_session));
 }
 
 void MainSetupEffects::SetPlayerMode() {
     m_data.SetPlayerMode(m_session);
     // The commands follow the player just chosen, not the one UpdatePlayerMode saw.
-    ShowPlayerMode(m_main, m_data.UpdatePlayerMode(m_session));
+    ShowMode(m_data.UpdatePlayerMode(m_session));
 }
 
 void MainSetupEffects::ResizeForm() {

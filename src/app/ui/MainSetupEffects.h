@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "playback/PlayerCommands.h"
 #include "setup/SetupOkay.h"
 
 namespace jk {
@@ -30,8 +31,13 @@ public:
     // What the playing song's display fills: the song shown in the status bar or not. Empty,
     // nothing happens.
     std::function<void(bool)> showCurrSongChanged;
+    // After the window follows a player mode: the player's part of the window forgets what
+    // a player that reports nothing can no longer update. Empty, nothing happens.
+    std::function<void(const PlayerMode&)> playerModeShown;
 
 private:
+    void ShowMode(const PlayerMode& mode);
+
     Session& m_session;
     SessionData& m_data;
     Main& m_main;
