@@ -4,6 +4,7 @@
 // status bar shows the player's time, song and volume.
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -13,6 +14,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QMessageBox>
+#include <QProgressBar>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -53,8 +55,12 @@ public:
         for (const std::string& path : paths) {
             m_calls.push_back("Add " + path);
         }
+        if (onAdd) {
+            onAdd();
+        }
         return jk::AddResult::Added;
     }
+    std::function<void()> onAdd;
     jk::PlayerStatus Status() override { return status; }
 
 private:
@@ -69,6 +75,7 @@ class MainPlayerTest : public QObject {
 private Q_SLOTS:
     void theWindowSteersThePlayerItNames();
     void aPlayOfSongsOnAnAbsentDiscAsksForIt();
+    void aLongListShowsItsProgressWhileItLoads();
 };
 
 void MainPlayerTest::theWindowSteersThePlayerItNames() {
@@ -279,6 +286,53 @@ void MainPlayerTest::aPlayOfSongsOnAnAbsentDiscAsksForIt() {
         QVERIFY(answerer.seen.isEmpty());
         QVERIFY(std::find(calls.begin(), calls.end(), "Add " + onDisc[0]) != calls.end());
     }
+    session.Playlist.PlaylistSaved = true;
+    QVERIFY(main.close());
+}
+
+void MainPlayerTest::aLongListShowsItsProgressWhileItLoads() {
+    QTemporaryDir dir;
+    WritePreviousRun(dir);
+    std::vector<std::string> calls;
+    RecordingPlayer* player = nullptr;
+    jk::SystemPlayerPlatform platform;
+    jk::PlayerBridge bridge(platform, {}, [&](const jk::PlayerTarget&) {
+        auto made = std::make_unique<RecordingPlayer>(calls);
+        player = made.get();
+        return made;
+    });
+    jk::SessionData data;
+    data.UsePlayer(&bridge);
+    jk::DesktopProgram program(FolderOf(dir), data);
+    program.UsePlayer(bridge);
+    program.Start();
+    jk::Main& main = program.MainWindow();
+    jk::Session& session = program.State();
+    session.Settings.PlayerExes[1] = "/usr/bin/mpv";
+    program.SetupEffectsOfMain().SetPlayerMode();
+    QVERIFY(player != nullptr);
+    main.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&main));
+
+    auto* bar = main.findChild<QProgressBar*>(QStringLiteral("LoadProgress"));
+    QVERIFY(bar != nullptr);
+    QVERIFY(!bar->isVisible());
+    // Between the batches the bar shows how far the list has gone, and the panel says it.
+    std::vector<int> seen;
+    player->onAdd = [&] {
+        if (bar->isVisible()) {
+            seen.push_back(bar->value() * 100 / bar->maximum());
+        }
+    };
+    jk::test::GiveUnsavedRows(session, 1000);
+    main.PlaylistFilledOutside();
+    main.Action("PlayList")->trigger();
+    QVERIFY(!seen.empty());
+    QVERIFY(std::is_sorted(seen.begin(), seen.end()));
+    QVERIFY(seen.back() > seen.front() && seen.back() < 100);
+    QVERIFY(!bar->isVisible());
+    QVERIFY(!main.PanelText().startsWith(QStringLiteral("Loading songs")));
+    player->onAdd = {};
     session.Playlist.PlaylistSaved = true;
     QVERIFY(main.close());
 }

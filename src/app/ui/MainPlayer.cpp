@@ -115,6 +115,7 @@ PlayFront MainPlayer::MakeFront() {
     AskInBoxes(front, &m_main);
     front.progress = [this](std::int64_t done, std::int64_t total) {
         m_main.SetPanelText(QStringLiteral("Loading songs: %1 of %2").arg(done).arg(total));
+        m_main.ShowProgress(done, total);
         // The window stays responsive while a long list goes over song by song.
         QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
         return true;
@@ -132,6 +133,7 @@ void MainPlayer::RunItem(const PlayItem& item) {
     const QString before = m_main.PanelText();
     RunPlayItem(item, pane.Model().Rows(), m_session, m_bridge, MakeFront(), m_random);
     m_main.SetPanelText(before);
+    m_main.ShowProgress(0, 0);
     m_loading = false;
 }
 

@@ -1,11 +1,14 @@
 #include "app/ui/MainWindow.h"
 
+#include <algorithm>
+
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QHeaderView>
 #include <QLabel>
 #include <QMimeData>
+#include <QProgressBar>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QSystemTrayIcon>
@@ -172,6 +175,12 @@ void Main::BuildStatusBar() {
     m_panels[6] = Panel(this, "Panel6");  // the player's volume
     m_panels[7] = Panel(this, "Panel7");  // the player's time, or "Pause"
     statusBar()->addWidget(m_panels[5], 1);
+    m_progress = new QProgressBar(this);
+    m_progress->setObjectName(QStringLiteral("LoadProgress"));
+    m_progress->setMaximumWidth(220);
+    m_progress->setTextVisible(false);
+    statusBar()->addWidget(m_progress);
+    m_progress->hide();
     statusBar()->addWidget(m_panels[7]);
     statusBar()->addWidget(m_panels[4]);
     for (const int panel : {1, 2, 3, 6}) {
@@ -196,6 +205,18 @@ void Main::SetPanelText(const QString& text) {
 
 QString Main::PanelText() const {
     return m_panels[5]->text();
+}
+
+void Main::ShowProgress(std::int64_t done, std::int64_t total) {
+    if (total <= 0) {
+        m_progress->hide();
+        return;
+    }
+    // The bar counts in thousandths, so a list of any length fits its int range.
+    constexpr int kSteps = 1000;
+    m_progress->setRange(0, kSteps);
+    m_progress->setValue(static_cast<int>(std::min(done, total) * kSteps / total));
+    m_progress->show();
 }
 
 void Main::SetVolumeText(const QString& text) {

@@ -24,6 +24,7 @@ class QAction;
 class QLabel;
 class QMenu;
 class QMimeData;
+class QProgressBar;
 class QSplitter;
 class QSystemTrayIcon;
 class QToolBar;
@@ -64,6 +65,9 @@ public:
     // Panel 5 of the status bar: the walk's status and the shutdown's steps.
     void SetPanelText(const QString& text);
     QString PanelText() const;
+    // The bar beside panel 5 for the window's own long work (a list going to the player): done
+    // of total; a total of 0 hides it.
+    void ShowProgress(std::int64_t done, std::int64_t total);
     // Panel 6: the player's volume, shown with the Winamp-only commands.
     void SetVolumeText(const QString& text);
     // Panel 7 and panel 4: the player's time (or "Pause") and the song it plays; each shows
@@ -299,6 +303,7 @@ private:
     QSplitter* m_inner = nullptr;  // Splitter2: the files above the playlist
     QToolBar* m_toolbar = nullptr;
     std::vector<QLabel*> m_panels;  // index 1..7
+    QProgressBar* m_progress = nullptr;
     QSystemTrayIcon* m_tray = nullptr;
     QMenu* m_trayMenu = nullptr;
     ScanStatus* m_scanStatus = nullptr;

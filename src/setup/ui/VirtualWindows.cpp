@@ -1,5 +1,6 @@
 #include "setup/ui/VirtualWindows.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QStandardPaths>
 
@@ -37,12 +38,32 @@ public:
     bool Progress(std::string_view caption, int value, int maximum) override {
         return !m_progress || m_progress(caption, value, maximum);
     }
-    void ShowMessage(const UserMessage& message) override { m_messages.ShowMessage(message); }
+    void ShowMessage(const UserMessage& message) override {
+        // A box is answered with the normal pointer, even in the midst of busy work.
+        const bool busy = QApplication::overrideCursor() != nullptr;
+        if (busy) {
+            QApplication::restoreOverrideCursor();
+        }
+        m_messages.ShowMessage(message);
+        if (busy) {
+            QApplication::setOverrideCursor(Qt::WaitCursor);
+        }
+    }
 
 private:
     MessageFront& m_messages;
     const StatusFn& m_status;
     ProgressFn m_progress;
+};
+
+// The busy pointer while an image is written or read in one go: a large one takes a moment
+// and has no steps to show.
+class BusyPointer {
+public:
+    BusyPointer() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~BusyPointer() { QApplication::restoreOverrideCursor(); }
+    BusyPointer(const BusyPointer&) = delete;
+    BusyPointer& operator=(const BusyPointer&) = delete;
 };
 
 }  // namespace
@@ -148,7 +169,11 @@ void RunVirtualExport(QWidget* parent, Session& session, MessageFront& messages)
     Virtual_Export window(
         GetVirtualVolumes(session.Virtual.Volumes), History(session.Settings.VRexports), sample,
         [&](const std::vector<std::string>& names, const std::string& path) {
-            const ExportResult result = VirtualExport(session, names, path);
+            ExportResult result;
+            {
+                const BusyPointer busy;
+                result = VirtualExport(session, names, path);
+            }
             if (!result.io.ok) {
                 messages.ShowMessage({result.io.error, "Sorry...", MessageIcon::Warning});
             }
@@ -162,6 +187,7 @@ bool RunVirtualImport(Session& session, const std::string& path, MessageFront& m
         return false;
     }
     WindowFront front(messages, {});
+    const BusyPointer busy;
     VirtualImport(session, path, front);
     return true;
 }
