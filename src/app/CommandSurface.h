@@ -62,5 +62,7 @@ inline constexpr std::string_view kOwnerFinders = "finders";
 inline constexpr std::string_view kOwnerTagging = "tagging";
 inline constexpr std::string_view kOwnerPublishing = "publishing";
 inline constexpr std::string_view kOwnerSetup = "setup";
+// Reserved entries: they stand in their menus, hidden, and nothing runs them.
+inline constexpr std::string_view kOwnerReserved = "reserved";
 
 }  // namespace jk

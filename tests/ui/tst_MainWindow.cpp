@@ -292,7 +292,14 @@ void MainWindowTest::everyItemOfTheCommandSurfaceStandsWithItsCaptionInOrder() {
     std::map<QMenu*, int> placeInMenu;
     for (const jk::MenuEntry& entry : jk::MenuTable()) {
         if (entry.Kind == jk::MenuEntryKind::Separator) {
-            ++placeInMenu[main.Menu(entry.Parent)];
+            const int place = placeInMenu[main.Menu(entry.Parent)]++;
+            if (!entry.Name.empty()) {
+                // A named separator stands in its place; a reserved one is hidden.
+                QAction* separator = main.Menu(entry.Parent)->actions().value(place);
+                QVERIFY(separator != nullptr && separator->isSeparator());
+                QCOMPARE(main.Action(entry.Name), separator);
+                QCOMPARE(separator->isVisible(), entry.Owner != jk::kOwnerReserved);
+            }
             continue;
         }
         QVERIFY2(next < std::size(kCaptions), entry.Name.data());
@@ -316,13 +323,17 @@ void MainWindowTest::everyItemOfTheCommandSurfaceStandsWithItsCaptionInOrder() {
             // Built commands are on, the setup windows, the finders and the virtual drives too
             // (but for the inert offline items, and MoreBMarks, hidden with ten bookmarks or
             // fewer); those of other parts wait for them.
-            const bool virtualDrive = entry.Owner == jk::kOwnerVirtualDrives &&
-                                      !entry.Name.starts_with("Make") && entry.Name != "MoreBMarks";
+            const bool virtualDrive =
+                entry.Owner == jk::kOwnerVirtualDrives && entry.Name != "MoreBMarks";
             QVERIFY2(
                 action->isEnabled() == ((entry.Owner.empty() || entry.Owner == jk::kOwnerSetup ||
                                          entry.Owner == jk::kOwnerFinders || virtualDrive) &&
                                         entry.Name != "JustForFun"),
                 entry.Name.data());
+            // Reserved items stand hidden, and no part of the program runs them.
+            if (entry.Owner == jk::kOwnerReserved) {
+                QVERIFY2(!action->isVisible() && !main.Wired(entry.Name), entry.Name.data());
+            }
         }
     }
     QCOMPARE(next, std::size(kCaptions));

@@ -85,6 +85,11 @@ void Main::BuildMenus() {
             }
             case MenuEntryKind::Separator:
                 lastSeparator = parent->addSeparator();
+                if (!entry.Name.empty()) {
+                    lastSeparator->setObjectName(Text(entry.Name));
+                    lastSeparator->setVisible(entry.Owner != kOwnerReserved);
+                    m_actions.emplace(std::string(entry.Name), lastSeparator);
+                }
                 break;
             case MenuEntryKind::List: {
                 std::vector<QAction*>& items =
@@ -121,7 +126,11 @@ void Main::BuildMenus() {
                 }
                 action->setCheckable(entry.Checkable);
                 const std::string name(entry.Name);
-                connect(action, &QAction::triggered, this, [this, name] { RunCommand(name); });
+                if (entry.Owner == kOwnerReserved) {
+                    action->setVisible(false);
+                } else {
+                    connect(action, &QAction::triggered, this, [this, name] { RunCommand(name); });
+                }
                 m_actions.emplace(name, action);
                 break;
             }

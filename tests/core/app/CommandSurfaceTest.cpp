@@ -5,6 +5,7 @@
 
 #include <set>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -49,6 +50,15 @@ TEST(CommandSurface, TheRunTimeListsAndTheCommandsOfOtherParts) {
     EXPECT_EQ(FindMenuEntry("CacheWizard")->Owner, kOwnerSetup);
     EXPECT_EQ(FindMenuEntry("SilentMP3Wiz")->Owner, kOwnerSetup);
     EXPECT_EQ(FindMenuEntry("ShuffleOnly")->Owner, "");
+    // The offline items and the separators above them are reserved: hidden, with no handler.
+    std::vector<std::string_view> reserved;
+    for (const MenuEntry& entry : MenuTable()) {
+        if (entry.Owner == kOwnerReserved) {
+            reserved.push_back(entry.Name);
+        }
+    }
+    EXPECT_EQ(reserved, (std::vector<std::string_view>{"zzzDashOffline2", "MakeFileOffline",
+                                                       "zzzDashOffline", "MakeSongOffline"}));
     EXPECT_EQ(FindMenuEntry("FilesMenu")->Place, MenuPlace::Popup);
     EXPECT_EQ(FindMenuEntry("traymenu")->Place, MenuPlace::Popup);
     EXPECT_EQ(FindMenuEntry("FileMenu")->Place, MenuPlace::MenuBar);
