@@ -6,6 +6,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QHeaderView>
+#include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -244,6 +245,23 @@ private Q_SLOTS:
         QCOMPARE(added, (std::vector<Bookmark>{{"Jazz", "/home/ann/Music/Jazz"}}));
     }
 
+    void editorKeysHaveBundledIconsWithoutATheme() {
+        const QString theme = QIcon::themeName();
+        const QString fallback = QIcon::fallbackThemeName();
+        QIcon::setThemeName(QStringLiteral("no-such-theme"));
+        QIcon::setFallbackThemeName(QStringLiteral("no-such-theme"));
+        {
+            Bookmarks window({{"a", "/a"}}, {}, {}, nullptr);
+            for (const char* key : {"up", "down", "top", "bottom"}) {
+                const QAction* action = window.findChild<QAction*>(QLatin1String(key));
+                QVERIFY2(action != nullptr && !action->icon().pixmap(16, 16).isNull(), key);
+            }
+            QVERIFY(!window.windowIcon().isNull());
+        }
+        QIcon::setThemeName(theme);
+        QIcon::setFallbackThemeName(fallback);
+    }
+
     void editorSlidesKeepingTheSelectionSortsJumpsAndAppliesOnClosing() {
         const BookmarkList marks{{"c", "/c"}, {"A", "/a"}, {"b", "CD/b"}, {"d", "/d"}};
         std::vector<BookmarkList> applied;
@@ -262,6 +280,12 @@ private Q_SLOTS:
         QCOMPARE(view.selectionModel()->selectedRows()[0].row(), 0);
         window.findChild<QAction*>(QStringLiteral("SlideDown"))->trigger();
         QCOMPARE(window.Model().Bookmarks()[1].Name, std::string("b"));
+
+        // Every key shows a picture, the theme's or the bundled one.
+        for (const char* key : {"up", "down", "top", "bottom"}) {
+            const QAction* action = window.findChild<QAction*>(QLatin1String(key));
+            QVERIFY2(!action->icon().pixmap(16, 16).isNull(), key);
+        }
 
         view.horizontalHeader()->sectionClicked(0);  // by name, ignoring case
         QCOMPARE(window.Model().Bookmarks()[0].Name, std::string("A"));

@@ -27,7 +27,7 @@ QVariant BookmarkModel::data(const QModelIndex& index, int role) const {
         return ToQString(name ? mark.Name : mark.Location);
     }
     if (role == Qt::DecorationRole && name) {
-        return QIcon::fromTheme(QStringLiteral("bookmarks"));
+        return ThemedIcon("bookmarks");
     }
     return {};
 }

@@ -21,7 +21,7 @@ wizBookmark::wizBookmark(const std::string& currentFolder, AddFn add, QWidget* p
     : QDialog(parent), m_add(std::move(add)) {
     setObjectName(QStringLiteral("wizBookmark"));
     setWindowTitle(QStringLiteral("New Bookmark"));
-    setWindowIcon(QIcon::fromTheme(QStringLiteral("bookmark-new")));
+    setWindowIcon(ThemedIcon("bookmark-new"));
     m_name = new QLineEdit(ToQString(currentFolder));
     m_name->setObjectName(QStringLiteral("Text1"));
     m_name->selectAll();
@@ -55,7 +55,7 @@ Bookmarks::Bookmarks(const BookmarkList& bookmarks, ApplyFn apply, JumpFn jump, 
     : QDialog(parent), m_apply(std::move(apply)), m_jump(std::move(jump)) {
     setObjectName(QStringLiteral("Bookmarks"));
     setWindowTitle(QStringLiteral("Bookmarks"));
-    setWindowIcon(QIcon::fromTheme(QStringLiteral("bookmarks")));
+    setWindowIcon(ThemedIcon("bookmarks"));
 
     m_model = new BookmarkModel(bookmarks, this);
     m_view = new QTableView;
@@ -93,8 +93,7 @@ Bookmarks::Bookmarks(const BookmarkList& bookmarks, ApplyFn apply, JumpFn jump, 
     toolbar->setObjectName(QStringLiteral("Toolbar1"));
     toolbar->setIconSize(QSize(16, 16));
     for (const Key& key : keys) {
-        QAction* action =
-            toolbar->addAction(QIcon::fromTheme(QLatin1String(key.icon)), QLatin1String(key.tip));
+        QAction* action = toolbar->addAction(ThemedIcon(key.icon), QLatin1String(key.tip));
         action->setObjectName(QLatin1String(key.key));
         const jk::Slide slide = key.slide;
         connect(action, &QAction::triggered, this, [this, slide] { Slide(slide); });
@@ -117,8 +116,8 @@ Bookmarks::Bookmarks(const BookmarkList& bookmarks, ApplyFn apply, JumpFn jump, 
         connect(action, &QAction::triggered, this, [this, slide] { Slide(slide); });
     }
     m_menu->addSeparator();
-    QAction* remove = m_menu->addAction(QIcon::fromTheme(QStringLiteral("edit-delete")),
-                                        QStringLiteral("&Remove bookmark"));
+    QAction* remove =
+        m_menu->addAction(ThemedIcon("edit-delete"), QStringLiteral("&Remove bookmark"));
     remove->setObjectName(QStringLiteral("Remove"));
     remove->setShortcut(QKeySequence::Delete);
     remove->setShortcutContext(Qt::WidgetWithChildrenShortcut);

@@ -2,10 +2,17 @@
 
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QFile>
+#include <QIcon>
 #include <QLabel>
 #include <QListWidget>
 #include <QProgressBar>
 #include <QPushButton>
+
+// The bundled icons live in the library's resources, which a static library must ask for.
+static void InitCatalogueIcons() {
+    Q_INIT_RESOURCE(catalogue_icons);
+}
 
 namespace jk {
 
@@ -22,6 +29,17 @@ QPushButton* DialogButton(std::string_view caption, const char* name) {
     button->setObjectName(QLatin1String(name));
     button->setAutoDefault(false);
     return button;
+}
+
+QIcon ThemedIcon(const char* name) {
+    static const bool loaded = [] {
+        InitCatalogueIcons();
+        return true;
+    }();
+    (void)loaded;
+    const QString theme = QLatin1String(name);
+    const QString bundled = QStringLiteral(":/icons/%1.svg").arg(theme);
+    return QIcon::fromTheme(theme, QFile::exists(bundled) ? QIcon(bundled) : QIcon());
 }
 
 QComboBox* HistoryCombo(const std::vector<std::string>& history, const char* name,

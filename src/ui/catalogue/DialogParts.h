@@ -1,7 +1,7 @@
 #pragma once
 
-// Pieces the catalogue's windows share: text conversion, buttons, the four-deep history boxes,
-// the list of volume names, and the scan's caption and bar that yield to the event loop.
+// Pieces the catalogue's windows share: text conversion, buttons, icons, the four-deep history
+// boxes, the list of volume names, and the scan's caption and bar that yield to the event loop.
 
 #include <string>
 #include <string_view>
@@ -11,6 +11,7 @@
 #include <QString>
 
 class QComboBox;
+class QIcon;
 class QLabel;
 class QListWidget;
 class QProgressBar;
@@ -23,6 +24,10 @@ QString ToQString(std::string_view text);
 std::string ToStdString(const QString& text);
 
 QPushButton* DialogButton(std::string_view caption, const char* name);
+
+// The desktop theme's icon of that name, else the drawing bundled with these windows, so a
+// theme without it leaves no blank button.
+QIcon ThemedIcon(const char* name);
 
 // An editable box offering a history (the empty entries left out), showing its first entry
 // or `first` when given.
