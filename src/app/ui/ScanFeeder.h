@@ -7,6 +7,7 @@
 // memory made ready on another thread ahead of time: growing it in place would stop the window
 // for longer than a slice (a new block for every row, touched page by page).
 
+#include <atomic>
 #include <functional>
 #include <future>
 
@@ -25,12 +26,17 @@ public:
     // `show` sees the progress report at each turn; `aborted` is asked after each turn.
     ScanFeeder(PlaylistModel& pane, std::function<void(const ScanProgress&)> show,
                std::function<bool()> aborted);
+    ~ScanFeeder();
+    ScanFeeder(const ScanFeeder&) = delete;
+    ScanFeeder& operator=(const ScanFeeder&) = delete;
 
     // The batch the scan adds to.
     RowList& Batch() { return m_batch; }
     // The scan's progress callable: false asks it to stop.
     ScanProgressFn Progress();
-    // The rows still in the batch join the pane.
+    // When the scan knows how many rows it brings: room for them is made ready at once.
+    void ExpectRows(std::size_t rows);
+    // The rows still in the batch join the pane (waiting for their room if need be).
     void Flush();
     // The turns so far, for work that follows the scan in the same busy spell.
     LoopTurns& Turns() { return m_turns; }
@@ -41,16 +47,23 @@ public:
 
 private:
     bool Report(const ScanProgress& progress);
+    void JoinRows(std::size_t most);
     void MakeRoom(std::size_t rows);
+    bool RoomReady() const;
+    bool MustWaitForRoom() const;
+    void PrepareRoom(std::size_t rows);
 
     PlaylistModel& m_pane;
     std::function<void(const ScanProgress&)> m_show;
     std::function<bool()> m_aborted;
     RowList m_batch;
-    std::future<RowList> m_room;  // an empty list with room for more rows than the pane has
     LoopTurns m_turns;
     QElapsedTimer m_sinceRows;
     bool m_reported = false;
+    // An empty list with room for more rows than the pane has, made on another thread; told
+    // to stop when the scan ends before it is used.
+    std::atomic<bool> m_roomWanted = true;
+    std::future<RowList> m_room;
 };
 
 }  // namespace jk
