@@ -27,6 +27,7 @@
 #include "app/ui/DesktopProgram.h"
 #include "app/ui/ListPane.h"
 #include "app/ui/MainSetupEffects.h"
+#include "app/ui/ScanFeeder.h"
 #include "app/ui/ScanStatus.h"
 #include "app/ui/TipsDialog.h"
 #include "browse/FolderTree.h"
@@ -273,6 +274,7 @@ private Q_SLOTS:
     void addSaveAndReopenFollowTheCaption();
     void editingCommandsMoveRowsAndMarkTheListChanged();
     void aLongWalkShowsItsProgressAndAbortKeepsTheRows();
+    void aLongListGrowsIntoItsRoomWithEveryRowInOrder();
     void columnsAndSortAreKeptThroughTheSettings();
     void aSavedGeometryOffEveryScreenComesBackCentred();
     void cancelAtClosingWritesNothing();
@@ -582,6 +584,54 @@ void MainWindowTest::aLongWalkShowsItsProgressAndAbortKeepsTheRows() {
 
     BoxAnswerer answerer({QMessageBox::No});
     QVERIFY(main.close());
+}
+
+void MainWindowTest::aLongListGrowsIntoItsRoomWithEveryRowInOrder() {
+    // Rows join in batches of bounded size, and a long list moves into room made ready on
+    // another thread: the views follow every insertion, and no row is lost or moved.
+    jk::RowList rows;
+    jk::PlaylistModel model(rows);
+    int inserted = 0;
+    QObject::connect(&model, &QAbstractItemModel::rowsInserted, &model,
+                     [&](const QModelIndex&, int first, int last) {
+                         QCOMPARE(first, inserted);
+                         inserted = last + 1;
+                     });
+    int next = 0;
+    const auto add = [&](jk::RowList& batch, int count) {
+        for (int i = 0; i < count; ++i, ++next) {
+            jk::ListRow row;
+            row.Set(jk::Column::Title, std::to_string(next));
+            batch.push_back(std::move(row));
+        }
+    };
+    {
+        int turns = 0;
+        jk::ScanFeeder feeder(model, [&](const jk::ScanProgress&) { ++turns; }, {});
+        feeder.ExpectRows(160000);
+        const jk::ScanProgressFn progress = feeder.Progress();
+        // Two long batches: the second must wait for the room, which the first left unused.
+        add(feeder.Batch(), 70000);
+        feeder.Flush();
+        add(feeder.Batch(), 70000);
+        feeder.Flush();
+        QVERIFY(rows.capacity() >= 160000);
+        // Then a scan that reports as it goes, with the joins at its turns.
+        for (int file = 0; file < 40; ++file) {
+            add(feeder.Batch(), 500);
+            QVERIFY(progress(jk::ScanProgress{"Scanning: x", 0, jk::kScanProgressMaximum}));
+        }
+        feeder.Flush();
+        QVERIFY(turns >= 1);
+    }
+    QCOMPARE(inserted, next);
+    QCOMPARE(static_cast<int>(rows.size()), next);
+    QCOMPARE(model.rowCount(), next);
+    for (int i = 0; i < next; ++i) {
+        if (rows[static_cast<std::size_t>(i)].Get(jk::Column::Title) != std::to_string(i)) {
+            QFAIL(qPrintable(QStringLiteral("row %1 out of place").arg(i)));
+        }
+    }
 }
 
 void MainWindowTest::columnsAndSortAreKeptThroughTheSettings() {

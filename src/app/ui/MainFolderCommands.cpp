@@ -10,10 +10,10 @@
 #include <QTreeView>
 #include <QUrl>
 
-#include "app/CacheSaving.h"
 #include "app/Session.h"
 #include "app/SongLookup.h"
 #include "app/ui/ListPane.h"
+#include "app/ui/LoopTurns.h"
 #include "app/ui/MainWindow.h"
 #include "app/ui/ScanFeeder.h"
 #include "app/ui/ScanStatus.h"
@@ -22,6 +22,7 @@
 #include "browse/ScanAddSong.h"
 #include "browse/VirtualTree.h"
 #include "browse/ui/FolderTreeModel.h"
+#include "catalogue/VBaseFile.h"
 #include "listing/RowCopy.h"
 #include "listing/RowEditing.h"
 #include "listing/RowFind.h"
@@ -238,18 +239,22 @@ void Main::RunWalk(const QString& title, const WalkFn& walk) {
         [this] { return m_scanStatus->AbortAsked() || m_abortListing; });
     const ScanResult result = walk(feeder.Batch(), MakeScanSetup(lookup, feeder));
     feeder.Flush();
-    m_lastScanGapMs = feeder.LongestGapMs();
     m_scanStatus->hide();
-    SetPanelText({});
-    SetBusy(false);
-    m_abortListing = false;
     // The rows found so far stay, also after Abort.
     if (result.Added > 0) {
         SortIfSorted(*m_playlistPane);
         MarkPlaylistChanged();
         m_playlistPane->scrollToTop();
-        SaveSessionCache(m_session);
+        // The cache of a large walk takes longer to save than a slice: it is saved in slices,
+        // the window still busy so that nothing changes the cache in between.
+        SetPanelText(QString::fromUtf8(kSavingCacheStatus.data(),
+                                       static_cast<qsizetype>(kSavingCacheStatus.size())));
+        SaveSessionCacheInTurns(m_session, feeder.Turns());
     }
+    m_lastScanGapMs = feeder.LongestGapMs();
+    SetPanelText({});
+    SetBusy(false);
+    m_abortListing = false;
     ListStats();
 }
 

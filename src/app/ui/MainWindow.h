@@ -285,7 +285,19 @@ private:
     void SetBusy(bool busy);
     bool HandleDrop(const QMimeData& mime, int row);
     void RecurseDirVirtual_Click(const std::string& key);
-    void AppendVirtualRows(const std::function<std::size_t(RowList& rows)>& fill);
+    // Where a listing of catalogued songs stands: the folder or volume, its songs, how many
+    // of them are listed.
+    struct VirtualPlace {
+        std::string_view Name;
+        std::size_t Songs = 0;
+        std::size_t Done = 0;
+    };
+    using VirtualStatusFn = std::function<VirtualPlace(std::size_t done, std::size_t total)>;
+    using VirtualFillFn = std::function<std::size_t(
+        RowList& rows, const std::function<bool(std::size_t done, std::size_t total)>& progress)>;
+    // `expected`: the rows it will bring when known, else 0.
+    void AppendVirtualRows(const QString& title, std::size_t expected,
+                           const VirtualStatusFn& statusOf, const VirtualFillFn& fill);
     void AddDroppedFiles(const QList<QUrl>& urls, int row);
 
     Session& m_session;

@@ -48,8 +48,12 @@ void ScanStatus::Show(const ScanProgress& progress) {
     if (status != m_status->text()) {
         m_status->setText(status);
     }
+    // A progress bar repaints at once when its value moves; here the repaint waits for the
+    // turn of the event loop that follows, with the rest of the window.
+    m_bar->setUpdatesEnabled(false);
     m_bar->setMaximum(progress.Maximum > 0 ? progress.Maximum : kScanProgressMaximum);
     m_bar->setValue(progress.Value);
+    m_bar->setUpdatesEnabled(true);
 }
 
 QString ScanStatus::StatusText() const {

@@ -159,6 +159,21 @@ void PlaylistModel::AppendRows(RowList rows) {
     InsertRows(m_rows.size(), std::move(rows));
 }
 
+void PlaylistModel::AppendFrom(RowList& rows, std::size_t count) {
+    count = std::min(count, rows.size());
+    if (count == 0) {
+        return;
+    }
+    const auto end = rows.begin() + static_cast<std::ptrdiff_t>(count);
+    beginInsertRows(QModelIndex(), ClampedCount(m_rows.size()),
+                    ClampedCount(m_rows.size() + count - 1));
+    m_rows.insert(m_rows.end(), std::make_move_iterator(rows.begin()),
+                  std::make_move_iterator(end));
+    m_shownRows = ClampedCount(m_rows.size());
+    endInsertRows();
+    rows.erase(rows.begin(), end);
+}
+
 void PlaylistModel::InsertRows(std::size_t at, RowList rows) {
     if (rows.empty()) {
         return;

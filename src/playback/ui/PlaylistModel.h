@@ -56,6 +56,9 @@ public:
     // ---- Changes, each told to the views before it is made ----
     // Adds rows behind those there are: one insertion.
     void AppendRows(RowList rows);
+    // The same with the first `count` rows of `rows`, moved out of it: one insertion. What is
+    // left of `rows` moves to its front, and it keeps its room for the next batch.
+    void AppendFrom(RowList& rows, std::size_t count);
     // Adds rows ahead of row `at` (at the end when past it): one insertion.
     void InsertRows(std::size_t at, RowList rows);
     // Any change of the rows that the views cannot follow row by row: one reset.
