@@ -70,12 +70,20 @@ bool ContainsAsciiFolded(std::string_view haystack, std::string_view needle) {
 void AppendFolded(std::string& out, std::string_view text) {
     std::size_t pos = 0;
     while (pos < text.size()) {
-        const unsigned char b = static_cast<unsigned char>(text[pos]);
-        if (b < 0x80) {
-            out.push_back(static_cast<char>((b >= 'A' && b <= 'Z') ? b + 32 : b));
-            ++pos;
+        // A run of ASCII is lowered in one pass into room made for it at once: the index and
+        // the Duplicate Finder fold millions of fields, most of them wholly ASCII.
+        const std::size_t run = SkipAscii(text, pos);
+        if (run > pos) {
+            const std::size_t at = out.size();
+            out.resize(at + (run - pos));
+            char* dst = out.data() + at;
+            for (std::size_t k = pos; k < run; ++k) {
+                *dst++ = AsciiLowerChar(text[k]);
+            }
+            pos = run;
             continue;
         }
+        const unsigned char b = static_cast<unsigned char>(text[pos]);
         const std::size_t before = pos;
         const char32_t cp = DecodeUtf8At(text, pos);
         if (cp == kReplacementChar && pos == before + 1) {
