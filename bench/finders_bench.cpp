@@ -391,15 +391,32 @@ void SelectionBench(const PackedCatalogue& catalogue) {
     }
     jk::SearchFieldSet fields;
     fields.set();
+    // Each query's best of five runs, wall and CPU.
     std::vector<double> times;
+    std::vector<double> cpuTimes;
+    std::string each;
     for (const char* q : {"love", "ö", "zzz", "19", "Disc"}) {
-        const auto start = Clock::now();
-        const std::size_t selected = jk::SelectRows(pane, jk::TextQuery(q, false), fields, false);
-        times.push_back(Ms(start, Clock::now()));
-        (void)selected;
+        double best = 1e18;
+        double bestCpu = 1e18;
+        for (int round = 0; round < 5; ++round) {
+            const double cpu = jkbench::CpuSeconds();
+            const auto start = Clock::now();
+            const std::size_t selected =
+                jk::SelectRows(pane, jk::TextQuery(q, false), fields, false);
+            best = std::min(best, Ms(start, Clock::now()));
+            bestCpu = std::min(bestCpu, (jkbench::CpuSeconds() - cpu) * 1000);
+            (void)selected;
+        }
+        times.push_back(best);
+        cpuTimes.push_back(bestCpu);
+        each += std::string(each.empty() ? "" : ", ") + "\"" + q + "\" " +
+                std::to_string(static_cast<int>(best)) + " ms";
     }
-    std::printf("Selection wizard over %zu rows: median %.1f ms, slowest %.1f ms (5 queries)\n",
-                pane.size(), Percentile(times, 0.5), Percentile(times, 1.0));
+    std::printf(
+        "Selection wizard over %zu rows: median %.1f ms wall (%.1f ms CPU), slowest %.1f ms "
+        "(5 queries, best of 5 each: %s)\n",
+        pane.size(), Percentile(times, 0.5), Percentile(cpuTimes, 0.5), Percentile(times, 1.0),
+        each.c_str());
 }
 
 }  // namespace
