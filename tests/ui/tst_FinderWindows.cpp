@@ -33,7 +33,7 @@
 #include "finders/ui/wizDuplicate.h"
 #include "finders/ui/wizSearch.h"
 #include "finders/ui/wizSelect.h"
-#include "platform/Trash.h"
+#include "platform/FileOperations.h"
 #include "ui/WindowShots.h"
 
 namespace {
@@ -541,7 +541,11 @@ void FinderWindowsTest::bestCopiesGoToARealTrashOnlyWhenConfirmed() {
         std::ofstream(root + "/music/" + name) << "not really a song";
     }
     Host h;
-    h.host.Trash = jk::MoveToTrash;
+    h.host.Trash = [](const std::string& path, std::string& why) {
+        const jk::FileResult result = jk::MoveToTrash(path);
+        why = result.error;
+        return result.ok;
+    };
     h.settings.DelMode = 1;  // without warning: the proposal asks all the same
     h.files = {Row("Tune", root + "/music/low.mp3", "96"),
                Row("TUNE", root + "/music/high.mp3", "256"),
