@@ -82,7 +82,7 @@ std::unique_ptr<SearchIndex> SearchIndex::Build(const CatalogueView& catalogue,
 
     DictionaryBuilder artists(index->m_artists);
     DictionaryBuilder albums(index->m_albums);
-    FolderTreeBuilder folders(index->m_folders);
+    IndexedFoldersBuilder folders(index->m_folders);
     DictionaryBuilder genres(index->m_genres);
     DictionaryBuilder years(index->m_years);
     DictionaryBuilder bitrates(index->m_bitrates);

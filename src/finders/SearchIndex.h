@@ -16,7 +16,7 @@
 #include <vector>
 
 #include "finders/CatalogueView.h"
-#include "finders/FolderTree.h"
+#include "finders/IndexedFolders.h"
 #include "finders/PackedNumbers.h"
 #include "finders/SearchFields.h"
 #include "finders/SegmentScan.h"
@@ -66,7 +66,7 @@ private:
     OwnTexts m_own[kOwnCount];
     TextDictionary m_artists;
     TextDictionary m_albums;
-    FolderTree m_folders;  // the folder part of the paths, with its final separator
+    IndexedFolders m_folders;  // the folder part of the paths, with its final separator
     // Genre, Year and Bitrate together: each combination's three entries.
     TextDictionary m_genres;
     TextDictionary m_years;

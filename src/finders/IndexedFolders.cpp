@@ -1,4 +1,4 @@
-#include "finders/FolderTree.h"
+#include "finders/IndexedFolders.h"
 
 #include <cstring>
 #include <string>
@@ -13,7 +13,7 @@ bool IsSeparator(char c) {
 }  // namespace
 
 template <typename Visit>
-void FolderTree::ForEachText(const Visit& visit) const {
+void IndexedFolders::ForEachText(const Visit& visit) const {
     std::vector<std::uint32_t> chain;
     std::string text;
     for (std::size_t f = 0; f < Count(); ++f) {
@@ -29,7 +29,7 @@ void FolderTree::ForEachText(const Visit& visit) const {
     }
 }
 
-std::vector<std::size_t> FolderTree::Heads(std::string_view folded) {
+std::vector<std::size_t> IndexedFolders::Heads(std::string_view folded) {
     std::vector<std::size_t> heads;
     for (std::size_t i = 0; i < folded.size(); ++i) {
         if (IsSeparator(folded[i])) {
@@ -41,8 +41,8 @@ std::vector<std::size_t> FolderTree::Heads(std::string_view folded) {
 
 // A folder's text ends with a head when its own part does, or when its part ends the head and
 // its parent's text ends with the rest of the head (which then ends with a separator too).
-std::vector<std::uint32_t> FolderTree::EndingMasks(std::string_view folded,
-                                                   const std::vector<std::size_t>& heads) const {
+std::vector<std::uint32_t> IndexedFolders::EndingMasks(
+    std::string_view folded, const std::vector<std::size_t>& heads) const {
     std::vector<int> headAt(folded.size() + 1, -1);
     for (std::size_t k = 0; k < heads.size(); ++k) {
         headAt[heads[k]] = static_cast<int>(k);
@@ -69,7 +69,7 @@ std::vector<std::uint32_t> FolderTree::EndingMasks(std::string_view folded,
     return masks;
 }
 
-SegmentBits FolderTree::FoldersHolding(std::string_view folded) const {
+SegmentBits IndexedFolders::FoldersHolding(std::string_view folded) const {
     SegmentBits folders(Count());
     const SegmentBits parts = EntriesHolding(m_parts, folded);
     const std::vector<std::size_t> heads = Heads(folded);
@@ -116,7 +116,7 @@ SegmentBits FolderTree::FoldersHolding(std::string_view folded) const {
     return folders;
 }
 
-SegmentBits FolderTree::FoldersEndingWith(std::string_view folded) const {
+SegmentBits IndexedFolders::FoldersEndingWith(std::string_view folded) const {
     SegmentBits folders(Count());
     const std::vector<std::size_t> heads = Heads(folded);
     if (heads.empty() || heads.back() != folded.size()) {
@@ -141,16 +141,17 @@ SegmentBits FolderTree::FoldersEndingWith(std::string_view folded) const {
     return folders;
 }
 
-std::size_t FolderTree::MemoryBytes() const {
+std::size_t IndexedFolders::MemoryBytes() const {
     return m_parts.MemoryBytes() + m_parent.MemoryBytes() + m_part.MemoryBytes();
 }
 
-FolderTreeBuilder::FolderTreeBuilder(FolderTree& out) : m_out(out), m_parts(out.m_parts) {
+IndexedFoldersBuilder::IndexedFoldersBuilder(IndexedFolders& out)
+    : m_out(out), m_parts(out.m_parts) {
     m_part.push_back(m_parts.Id({}));
     m_parent.push_back(0);
 }
 
-std::uint32_t FolderTreeBuilder::Id(std::string_view folder) {
+std::uint32_t IndexedFoldersBuilder::Id(std::string_view folder) {
     if (m_haveLast && folder == m_last) {
         return m_lastId;
     }
@@ -176,7 +177,7 @@ std::uint32_t FolderTreeBuilder::Id(std::string_view folder) {
     return id;
 }
 
-void FolderTreeBuilder::Finish() {
+void IndexedFoldersBuilder::Finish() {
     m_parts.Finish();
     m_children.Clear();
     m_out.m_parent.Pack(m_parent);

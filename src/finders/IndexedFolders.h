@@ -16,7 +16,7 @@
 
 namespace jk {
 
-class FolderTree {
+class IndexedFolders {
 public:
     // Folder 0 is the empty folder (a path without separator); parents precede their folders.
     std::size_t Count() const { return m_parent.Size(); }
@@ -27,7 +27,7 @@ public:
     std::size_t MemoryBytes() const;
 
 private:
-    friend class FolderTreeBuilder;
+    friend class IndexedFoldersBuilder;
     // Calls visit(folder, text) for every folder with its whole folded text.
     template <typename Visit>
     void ForEachText(const Visit& visit) const;
@@ -43,17 +43,17 @@ private:
     PackedNumbers m_part;
 };
 
-class FolderTreeBuilder {
+class IndexedFoldersBuilder {
 public:
     // `out` must be empty; the texts given to Id must hold until Finish.
-    explicit FolderTreeBuilder(FolderTree& out);
+    explicit IndexedFoldersBuilder(IndexedFolders& out);
     // The number of a folder: the text of a path before its file name, empty or ending with a
     // separator ("/" or "\").
     std::uint32_t Id(std::string_view folder);
     void Finish();
 
 private:
-    FolderTree& m_out;
+    IndexedFolders& m_out;
     DictionaryBuilder m_parts;
     NumberTable m_children;  // (parent, part) -> folder - 1
     std::vector<std::uint32_t> m_parent;
