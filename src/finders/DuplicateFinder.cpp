@@ -1,5 +1,6 @@
 #include "finders/DuplicateFinder.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "catalogue/SongFields.h"
@@ -17,44 +18,84 @@ std::string_view NameOf(std::string_view path) {
     return sep == std::string_view::npos ? path : path.substr(sep + 1);
 }
 
+// A text key's first eight bytes as one number (zero-padded, the first byte highest): two keys
+// whose numbers differ order as these do, so most comparisons of the sort read no text at all.
+std::uint64_t HeadOf(std::string_view key) {
+    std::uint64_t head = 0;
+    const std::size_t n = std::min<std::size_t>(8, key.size());
+    for (std::size_t i = 0; i < n; ++i) {
+        head |= static_cast<std::uint64_t>(static_cast<unsigned char>(key[i])) << (56 - 8 * i);
+    }
+    return head;
+}
+
 // The keys of every record, computed once: the comparisons then run on folded bytes (which
 // order as the case-folded compare of characters does) or on numbers, never folding again.
 struct Keys {
+    struct Text {
+        std::uint64_t head = 0;
+        std::size_t begin = 0;
+        std::size_t length = 0;
+    };
     std::string sortText;
-    std::vector<std::size_t> sortEnds;
+    std::vector<Text> sortKeys;
     std::vector<double> sortNumbers;
-    std::string groupText;
-    std::vector<std::size_t> groupEnds;
+    std::string groupText;  // empty when the group key is the sort key
+    std::vector<Text> groupKeys;
     bool numeric = false;
 
-    std::string_view Sort(std::size_t i) const { return Slice(sortText, sortEnds, i); }
-    std::string_view Group(std::size_t i) const { return Slice(groupText, groupEnds, i); }
-
-    static std::string_view Slice(const std::string& text, const std::vector<std::size_t>& ends,
-                                  std::size_t i) {
-        const std::size_t begin = i == 0 ? 0 : ends[i - 1];
-        return std::string_view(text).substr(begin, ends[i] - begin);
+    std::string_view Group(std::size_t i) const {
+        const Text& key = groupKeys[i];
+        return std::string_view(groupText.empty() ? sortText : groupText)
+            .substr(key.begin, key.length);
+    }
+    bool Less(std::uint32_t a, std::uint32_t b) const {
+        if (numeric) {
+            return sortNumbers[a] < sortNumbers[b];
+        }
+        const Text& x = sortKeys[a];
+        const Text& y = sortKeys[b];
+        if (x.head != y.head) {
+            return x.head < y.head;
+        }
+        if (x.length <= 8 || y.length <= 8) {
+            return x.length < y.length;
+        }
+        const std::string_view whole(sortText);
+        return whole.substr(x.begin + 8, x.length - 8) < whole.substr(y.begin + 8, y.length - 8);
     }
 };
+
+// Folds `key` onto the end of `text` and notes where it stands.
+Keys::Text AppendKey(std::string& text, std::string_view key) {
+    Keys::Text out;
+    out.begin = text.size();
+    AppendFolded(text, key);
+    out.length = text.size() - out.begin;
+    out.head = HeadOf(std::string_view(text).substr(out.begin));
+    return out;
+}
 
 Keys KeysOf(const std::vector<DupeRecord>& records, int criterion) {
     Keys keys;
     keys.numeric = kDupeCriteria[static_cast<std::size_t>(criterion)].SortColumn == 10;
-    keys.groupEnds.reserve(records.size());
+    // Titles, artists and albums group by the very key they sort by: folded once.
+    const bool shared = !keys.numeric && criterion != 4;
+    keys.groupKeys.reserve(records.size());
     if (keys.numeric) {
         keys.sortNumbers.reserve(records.size());
     } else {
-        keys.sortEnds.reserve(records.size());
+        keys.sortKeys.reserve(records.size());
     }
     for (const DupeRecord& record : records) {
         if (keys.numeric) {
             keys.sortNumbers.push_back(Val(SortKey(record.Row, criterion)));
         } else {
-            AppendFolded(keys.sortText, SortKey(record.Row, criterion));
-            keys.sortEnds.push_back(keys.sortText.size());
+            keys.sortKeys.push_back(AppendKey(keys.sortText, SortKey(record.Row, criterion)));
         }
-        AppendFolded(keys.groupText, GroupKey(record.Row, criterion));
-        keys.groupEnds.push_back(keys.groupText.size());
+        keys.groupKeys.push_back(shared
+                                     ? keys.sortKeys.back()
+                                     : AppendKey(keys.groupText, GroupKey(record.Row, criterion)));
     }
     return keys;
 }
@@ -64,10 +105,7 @@ Keys KeysOf(const std::vector<DupeRecord>& records, int criterion) {
 // order depends on its own elements alone, so the permutation is that of the recursive sort.
 void SortOrder(std::vector<std::uint32_t>& order, std::size_t left, std::size_t right,
                const Keys& keys) {
-    const auto less = [&keys](std::uint32_t a, std::uint32_t b) {
-        return keys.numeric ? keys.sortNumbers[a] < keys.sortNumbers[b]
-                            : keys.Sort(a) < keys.Sort(b);
-    };
+    const auto less = [&keys](std::uint32_t a, std::uint32_t b) { return keys.Less(a, b); };
     std::vector<std::pair<std::size_t, std::size_t>> pending{{left, right}};
     while (!pending.empty()) {
         const auto [L, R] = pending.back();
@@ -253,12 +291,11 @@ std::vector<DupeListed> GroupDuplicates(std::vector<DupeRecord>& records, int cr
 }
 
 ListRow DupeRow(const ListRow& record) {
-    ListRow row = record;
-    row.SetSelected(false);
-    const std::string_view title = Trim(record.Get(Column::Title));
-    const std::string titleText(title.empty() ? NameOf(record.Get(Column::Filename)) : title);
-    row.Set(Column::Title, titleText);
-    return row;
+    std::array<std::string_view, kColumnCount> columns = record.All();
+    const std::string_view title = Trim(columns[static_cast<std::size_t>(Column::Title)]);
+    columns[static_cast<std::size_t>(Column::Title)] =
+        title.empty() ? NameOf(record.Get(Column::Filename)) : title;
+    return ListRow(columns);
 }
 
 }  // namespace jk

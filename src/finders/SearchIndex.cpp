@@ -2,33 +2,11 @@
 
 #include <algorithm>
 #include <cstring>
-#include <unordered_map>
 
 #include "catalogue/SongFields.h"
 #include "finders/TextTest.h"
 
 namespace jk {
-
-void PackedNumbers::Pack(const std::vector<std::uint32_t>& values) {
-    std::uint32_t largest = 0;
-    for (const std::uint32_t v : values) {
-        largest = std::max(largest, v);
-    }
-    m_width = largest < (1U << 8) ? 1 : largest < (1U << 16) ? 2 : largest < (1U << 24) ? 3 : 4;
-    m_bytes.assign(values.size() * m_width, 0);
-    unsigned char* out = m_bytes.data();
-    for (const std::uint32_t v : values) {
-        for (unsigned b = 0; b < m_width; ++b) {
-            *out++ = static_cast<unsigned char>(v >> (8 * b));
-        }
-    }
-}
-
-std::string_view TextDictionary::Entry(std::size_t i) const {
-    const std::size_t start = Starts[i];
-    const std::size_t end = i + 1 < Starts.size() ? Starts[i + 1] - 1 : Buffer.size() - 1;
-    return std::string_view(Buffer).substr(start, end - start);
-}
 
 std::string_view SearchIndex::OwnTexts::SegmentOf(std::size_t song) const {
     std::size_t start = Every64[song / 64];
@@ -43,55 +21,6 @@ std::string_view SearchIndex::OwnTexts::SegmentOf(std::size_t song) const {
 }
 
 namespace {
-
-struct TextHash {
-    using is_transparent = void;
-    std::size_t operator()(std::string_view text) const noexcept {
-        return std::hash<std::string_view>()(text);
-    }
-};
-
-// Numbers the distinct texts met, keyed by the text as stored (equal texts fold alike, so each
-// is folded once, when first met). Songs of one folder stand together, so the last text is
-// tried first.
-class DictionaryBuilder {
-public:
-    explicit DictionaryBuilder(TextDictionary& out) : m_out(out) {}
-
-    std::uint32_t Id(std::string_view text) {
-        if (m_haveLast && text == m_last) {
-            return m_lastId;
-        }
-        const auto found = m_ids.find(text);
-        std::uint32_t id = 0;
-        if (found != m_ids.end()) {
-            id = found->second;
-        } else {
-            id = static_cast<std::uint32_t>(m_out.Starts.size());
-            m_out.Starts.push_back(static_cast<std::uint32_t>(m_out.Buffer.size()));
-            AppendFolded(m_out.Buffer, text);
-            m_out.Buffer.push_back(static_cast<char>(kSegmentEnd));
-            m_ids.emplace(std::string(text), id);
-        }
-        m_last.assign(text);
-        m_lastId = id;
-        m_haveLast = true;
-        return id;
-    }
-
-    void Finish() {
-        m_out.Buffer.shrink_to_fit();
-        m_out.Starts.shrink_to_fit();
-        m_ids = {};
-    }
-
-private:
-    TextDictionary& m_out;
-    std::unordered_map<std::string, std::uint32_t, TextHash, std::equal_to<>> m_ids;
-    std::string m_last;
-    std::uint32_t m_lastId = 0;
-    bool m_haveLast = false;
-};
 
 std::string_view Key(const SongFieldViews& fields, int key) {
     return fields[static_cast<std::size_t>(key - 1)];
@@ -142,12 +71,6 @@ bool Checked(const SearchFieldSet& fields, SearchField field) {
     return fields.test(static_cast<std::size_t>(field));
 }
 
-SegmentBits EntriesHolding(const TextDictionary& dictionary, std::string_view folded) {
-    SegmentBits entries(dictionary.Count());
-    ScanSegments(dictionary.Buffer, folded, entries);
-    return entries;
-}
-
 }  // namespace
 
 std::unique_ptr<SearchIndex> SearchIndex::Build(const CatalogueView& catalogue,
@@ -159,11 +82,11 @@ std::unique_ptr<SearchIndex> SearchIndex::Build(const CatalogueView& catalogue,
 
     DictionaryBuilder artists(index->m_artists);
     DictionaryBuilder albums(index->m_albums);
-    DictionaryBuilder folders(index->m_folders);
+    IndexedFoldersBuilder folders(index->m_folders);
     DictionaryBuilder genres(index->m_genres);
     DictionaryBuilder years(index->m_years);
     DictionaryBuilder bitrates(index->m_bitrates);
-    std::unordered_map<std::uint64_t, std::uint32_t> triples;
+    NumberTable triples;
     std::vector<std::uint32_t> artistOf;
     std::vector<std::uint32_t> albumOf;
     std::vector<std::uint32_t> folderOf;
@@ -208,14 +131,14 @@ std::unique_ptr<SearchIndex> SearchIndex::Build(const CatalogueView& catalogue,
                 (static_cast<std::uint64_t>(genres.Id(Key(fields, kKeyGenre))) << 42) |
                 (static_cast<std::uint64_t>(years.Id(Key(fields, kKeyYear))) << 21) |
                 bitrates.Id(Key(fields, kKeyBitrate));
-            const auto [at, added] =
-                triples.emplace(triple, static_cast<std::uint32_t>(triples.size()));
+            bool added = false;
+            const std::uint32_t combination = triples.Id(triple, added);
             if (added) {
                 index->m_triples.push_back(static_cast<std::uint32_t>(triple >> 42));
                 index->m_triples.push_back(static_cast<std::uint32_t>((triple >> 21) & 0x1FFFFF));
                 index->m_triples.push_back(static_cast<std::uint32_t>(triple & 0x1FFFFF));
             }
-            tripleOf.push_back(at->second);
+            tripleOf.push_back(combination);
         }
         index->m_volumeStarts.push_back(song);
     }
@@ -279,7 +202,7 @@ void SearchIndex::FindShared(std::string_view folded, const SearchFieldSet& fiel
         MarkByColumn(m_albumOf, EntriesHolding(m_albums, folded), hits);
     }
     if (Checked(fields, SearchField::Filename)) {
-        MarkByColumn(m_folderOf, EntriesHolding(m_folders, folded), hits);
+        MarkByColumn(m_folderOf, m_folders.FoldersHolding(folded), hits);
     }
     const bool genre = Checked(fields, SearchField::Genre);
     const bool year = Checked(fields, SearchField::Year);
@@ -319,14 +242,7 @@ void SearchIndex::FindAcrossFolder(std::string_view folded, SegmentBits& hits) c
     }
     const std::string_view folderEnd = folded.substr(0, sep + 1);
     const std::string_view nameStart = folded.substr(sep + 1);
-    SegmentBits endings(m_folders.Count());
-    for (std::size_t f = 0; f < m_folders.Count(); ++f) {
-        const std::string_view entry = m_folders.Entry(f);
-        if (entry.size() >= folderEnd.size() &&
-            entry.substr(entry.size() - folderEnd.size()) == folderEnd) {
-            endings.Set(f);
-        }
-    }
+    const SegmentBits endings = m_folders.FoldersEndingWith(folderEnd);
     if (!endings.Any()) {
         return;
     }
@@ -352,9 +268,10 @@ std::size_t SearchIndex::MemoryBytes() const {
         bytes += own.Buffer.capacity() + own.Every64.capacity() * 4;
     }
     for (const TextDictionary* d :
-         {&m_volumeNames, &m_artists, &m_albums, &m_folders, &m_genres, &m_years, &m_bitrates}) {
+         {&m_volumeNames, &m_artists, &m_albums, &m_genres, &m_years, &m_bitrates}) {
         bytes += d->MemoryBytes();
     }
+    bytes += m_folders.MemoryBytes();
     bytes += m_triples.capacity() * 4 + m_artistOf.MemoryBytes() + m_albumOf.MemoryBytes() +
              m_folderOf.MemoryBytes() + m_tripleOf.MemoryBytes();
     return bytes;

@@ -1,6 +1,7 @@
 #include "finders/SelectionWizard.h"
 
 #include "finders/SearchHistory.h"
+#include "util/Utf8.h"
 
 namespace jk {
 
@@ -46,8 +47,13 @@ std::size_t SelectRows(RowList& rows, const TextQuery& query, const SearchFieldS
         if (!retain) {
             row.SetSelected(false);
         }
+        // Most rows hold the text nowhere: one look at all their columns at once tells. (A
+        // textual test folds a row that is not ASCII column by column, as an invalid byte at a
+        // column's end may fold otherwise when its neighbour follows.)
+        const std::string_view whole = row.Text();
         bool found = false;
-        for (std::size_t f = 0; f < kSelectFieldCount && !found; ++f) {
+        const bool nowhere = (query.Binary() || IsAscii(whole)) && !query.Found(whole);
+        for (std::size_t f = 0; f < kSelectFieldCount && !found && !nowhere; ++f) {
             found = fields.test(f) && query.Found(row.Get(SelectFields()[f].Pane));
         }
         if (found) {

@@ -44,6 +44,8 @@ public:
     void Set(Column column, std::string_view text);
     void SetAll(const std::array<std::string_view, kColumnCount>& columns);
     std::array<std::string_view, kColumnCount> All() const;
+    // Every column back to back: a text found in no part of it is in no column.
+    std::string_view Text() const { return m_text; }
 
     bool Selected() const { return m_selected; }
     void SetSelected(bool selected) { m_selected = selected; }

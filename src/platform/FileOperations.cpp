@@ -1,8 +1,10 @@
 #include "platform/FileOperations.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStandardPaths>
 
 namespace jk {
 
@@ -20,16 +22,39 @@ FileResult TargetTaken(const std::string& target) {
     return {false, "a file " + target + " is there already"};
 }
 
+// The home trash lives in the user's data folder. Qt cannot set up its trash when that folder
+// does not exist yet (a fresh account, a test's XDG_DATA_HOME) and then writes its "files" and
+// "info" folders into the working folder; the data folder is made first, and without one no
+// trash is used.
+bool HomeTrashReady() {
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    if (data.isEmpty() || !QDir::isAbsolutePath(data)) {
+        return false;
+    }
+    return QDir().mkpath(data);
+}
+
 }  // namespace
 
 FileResult MoveToTrash(const std::string& path) {
-    QFile file(FromUtf8(path));
-    if (!file.exists()) {
-        return {false, "the file is not there"};
+    const QString name = FromUtf8(path);
+    const QFileInfo info(name);
+    if (!info.exists() && !info.isSymLink()) {
+        return {false, "the file is gone"};
     }
+    if (info.isDir()) {
+        return {false, "a folder, not a file"};
+    }
+    if (!HomeTrashReady()) {
+        return {false, "no trash can be used for it"};
+    }
+    QFile file(name);
     if (!file.moveToTrash()) {
-        return {false, file.errorString().isEmpty() ? std::string("the trash could not take it")
-                                                    : file.errorString().toStdString()};
+        std::string why = file.errorString().toStdString();
+        if (why.empty() || why == "Unknown error") {
+            why = "no trash can be used for it";
+        }
+        return {false, why};
     }
     return {true, {}};
 }

@@ -12,7 +12,11 @@ struct FileResult {
     std::string error;  // one line, for the user
 };
 
-// Moves the file to the desktop's trash, from where the user can restore it.
+// Moves the file to the freedesktop trash of its filesystem (the home trash, or the
+// ".Trash-UID" folder at the top of another filesystem), from where the user can restore it.
+// Files are never deleted for good by this program. Fails with the reason when the file is
+// gone, is a folder, its folder is read-only, or its filesystem has no trash; the file then
+// stays where it was.
 FileResult MoveToTrash(const std::string& path);
 // Copies the file to `target`, which must not exist; the copy keeps the file's date.
 FileResult CopyFileTo(const std::string& path, const std::string& target);

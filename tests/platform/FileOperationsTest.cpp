@@ -34,7 +34,9 @@ TEST(FileOperations, CopyAndMoveNeverOverwrite) {
     EXPECT_EQ(test::ReadBytes(c), "song a");
     EXPECT_TRUE(FolderExists(folder.Path()));
     EXPECT_FALSE(FolderExists(c));
-    EXPECT_FALSE(MoveToTrash(a).ok);  // gone already
+    EXPECT_EQ(MoveToTrash(a).error, "the file is gone");
+    EXPECT_EQ(MoveToTrash(folder.Path()).error, "a folder, not a file");  // never a whole folder
+    EXPECT_TRUE(FolderExists(folder.Path()));
 }
 
 TEST(FileOperations, TrashedFilesCanBeRestoredFromTheTrash) {

@@ -17,6 +17,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -32,7 +33,7 @@
 #include "finders/ui/wizDuplicate.h"
 #include "finders/ui/wizSearch.h"
 #include "finders/ui/wizSelect.h"
-#include "platform/Trash.h"
+#include "platform/FileOperations.h"
 #include "ui/WindowShots.h"
 
 namespace {
@@ -188,6 +189,7 @@ private Q_SLOTS:
     void resultCommandsWorkOnTheSelection();
     void deleteMovesToTheTrashAndKeepsWhatCouldNotGo();
     void headersSortSizesAsNumbers();
+    void columnOrdersAreKeptInTheSettings();
     void selectionWizardFollowsItsRules();
     void duplicateFinderGroupsAndProposesWithoutDeleting();
     void bestCopiesGoToARealTrashOnlyWhenConfirmed();
@@ -407,6 +409,38 @@ void FinderWindowsTest::headersSortSizesAsNumbers() {
     QCOMPARE(pane.SelectedPaths(), std::vector<std::string>{"/b"});
 }
 
+// Each result list takes its column order from its own key and gives it back on closing; a
+// token the list has no column for keeps its place.
+void FinderWindowsTest::columnOrdersAreKeptInTheSettings() {
+    Host h;
+    h.settings.ColumnOrderSearch = " 2x 0x 1x 3x 4x 5x 6x 7x 8x 9x 10x 11x";
+    h.settings.ColumnOrderDupe = " 7x 12x 0x";
+    {
+        jk::wizSearch search(h.host);
+        QHeaderView* header = search.Results().horizontalHeader();
+        QCOMPARE(header->logicalIndex(0), 2);
+        QCOMPARE(header->logicalIndex(1), 0);
+        header->moveSection(header->visualIndex(9), 0);
+        search.Command2_Click();
+    }
+    QCOMPARE(QString::fromStdString(h.settings.ColumnOrderSearch),
+             QString(" 9x 2x 0x 1x 3x 4x 5x 6x 7x 8x 10x 11x"));
+    {
+        jk::wizDuplicate dupes(h.host);
+        QHeaderView* header = dupes.Results().horizontalHeader();
+        QCOMPARE(header->logicalIndex(0), 7);
+        QCOMPARE(header->logicalIndex(1), 0);
+        QCOMPARE(header->logicalIndex(2), 1);
+        header->moveSection(header->visualIndex(0), 0);
+        dupes.close();
+    }
+    QCOMPARE(QString::fromStdString(h.settings.ColumnOrderDupe),
+             QString(" 0x 12x 7x 1x 2x 3x 4x 5x 6x 8x 9x 10x 11x"));
+    // The other window's key is left alone.
+    QCOMPARE(QString::fromStdString(h.settings.ColumnOrderSearch),
+             QString(" 9x 2x 0x 1x 3x 4x 5x 6x 7x 8x 10x 11x"));
+}
+
 void FinderWindowsTest::selectionWizardFollowsItsRules() {
     Host h;
     h.settings.Selects[1] = "love";
@@ -507,7 +541,11 @@ void FinderWindowsTest::bestCopiesGoToARealTrashOnlyWhenConfirmed() {
         std::ofstream(root + "/music/" + name) << "not really a song";
     }
     Host h;
-    h.host.Trash = jk::MoveToTrash;
+    h.host.Trash = [](const std::string& path, std::string& why) {
+        const jk::FileResult result = jk::MoveToTrash(path);
+        why = result.error;
+        return result.ok;
+    };
     h.settings.DelMode = 1;  // without warning: the proposal asks all the same
     h.files = {Row("Tune", root + "/music/low.mp3", "96"),
                Row("TUNE", root + "/music/high.mp3", "256"),

@@ -19,7 +19,7 @@
 #include "finders/ResultRows.h"
 #include "finders/TrashRows.h"
 #include "platform/DirectoryListing.h"
-#include "platform/Trash.h"
+#include "platform/FileOperations.h"
 #include "playback/CachedSongSource.h"
 #include "playback/PlaylistCommands.h"
 #include "util/FileIo.h"
@@ -187,7 +187,12 @@ int RunDupes(CliContext& context, std::span<const std::string> args) {
         for (const DupeListed& l : listed) {
             rows.push_back(l.Row);
         }
-        const TrashOutcome outcome = TrashSelectedRows(rows, proposal.Select, MoveToTrash);
+        const TrashOutcome outcome =
+            TrashSelectedRows(rows, proposal.Select, [](const std::string& path, std::string& why) {
+                const FileResult result = MoveToTrash(path);
+                why = result.error;
+                return result.ok;
+            });
         if (!outcome.Failed.empty()) {
             std::string line =
                 std::to_string(outcome.Failed.size()) + " file(s) could not be moved to the trash:";

@@ -199,6 +199,11 @@ void Main::Quit_Click() {
 
 void Main::TransferFiles(ListPane& pane, bool move, const std::string& folder) {
     pane.SelectionToRows();
+    TransferPaths(SelectedPaths(pane.Model().Rows()), move, folder);
+}
+
+void Main::TransferPaths(const std::vector<std::string>& paths, bool move,
+                         const std::string& folder) {
     const std::string destination =
         folder.empty() ? ChooseDialogPath(PathQuestion::Folder).toStdString() : folder;
     if (destination.empty()) {
@@ -206,8 +211,7 @@ void Main::TransferFiles(ListPane& pane, bool move, const std::string& folder) {
     }
     m_session.Settings.LastDestination = destination;
     const TransferPlan plan =
-        PlanTransfer(SelectedPaths(pane.Model().Rows()), destination,
-                     [](const std::string& path) { return PathExists(path); });
+        PlanTransfer(paths, destination, [](const std::string& path) { return PathExists(path); });
     std::vector<SkippedFile> failed = plan.skipped;
     std::vector<FileTransfer> done;
     for (const FileTransfer& transfer : plan.transfers) {
@@ -219,6 +223,10 @@ void Main::TransferFiles(ListPane& pane, bool move, const std::string& folder) {
             failed.push_back({transfer.from, result.error});
         }
     }
+    // Files that arrived in the folder shown are listed with it.
+    const bool intoShownFolder = !done.empty() && !m_currentFolder.empty() &&
+                                 QFileInfo(QString::fromStdString(destination)) ==
+                                     QFileInfo(QString::fromStdString(m_currentFolder));
     if (move && !done.empty()) {
         // Rows that named a moved file follow it; in the files pane it has left the folder.
         m_filesModel->ChangeAll([&done, this](RowList& rows) {
@@ -237,6 +245,9 @@ void Main::TransferFiles(ListPane& pane, bool move, const std::string& folder) {
             MarkPlaylistChanged();
         }
         ListStats();
+    }
+    if (intoShownFolder) {
+        RelistCurrentFolder();
     }
     if (!failed.empty()) {
         Tell(this,

@@ -3,7 +3,6 @@
 #include <QFileDialog>
 #include <QMessageBox>
 
-#include "app/FileTransferPlan.h"
 #include "app/PaneActions.h"
 #include "app/PlayerSession.h"
 #include "app/Session.h"
@@ -109,37 +108,7 @@ void MainFinders::SelectionChanged() {
 }
 
 void MainFinders::CopyOrMove(const std::vector<std::string>& paths, bool move) {
-    const std::string destination =
-        QFileDialog::getExistingDirectory(
-            &m_main, QString(), QString::fromStdString(m_session.Settings.LastDestination))
-            .toStdString();
-    if (destination.empty()) {
-        return;
-    }
-    m_session.Settings.LastDestination = destination;
-    const TransferPlan plan =
-        PlanTransfer(paths, destination, [](const std::string& path) { return PathExists(path); });
-    std::vector<SkippedFile> failed = plan.skipped;
-    std::vector<FileTransfer> done;
-    for (const FileTransfer& transfer : plan.transfers) {
-        const FileResult result =
-            move ? MoveFileTo(transfer.from, transfer.to) : CopyFileTo(transfer.from, transfer.to);
-        if (result.ok) {
-            done.push_back(transfer);
-        } else {
-            failed.push_back({transfer.from, result.error});
-        }
-    }
-    if (move && !done.empty()) {
-        // The playlist's rows follow the files they name.
-        m_main.PlaylistPane().Model().ChangeAll(
-            [&done](RowList& rows) { RetargetRows(rows, done); });
-        m_main.RelistCurrentFolder();
-    }
-    if (!failed.empty()) {
-        ShowMessage(&m_main, FileFailuresMessage(move ? "moved" : "copied", failed.size(),
-                                                 SkippedText(failed)));
-    }
+    m_main.TransferPaths(paths, move, {});
 }
 
 void MainFinders::Play(const RowList& rows, PlayRequest how) {

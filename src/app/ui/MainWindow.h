@@ -105,6 +105,10 @@ public:
     void ApplyDelMode();
     // The current folder listed afresh (a new file filter).
     void RelistCurrentFolder();
+    // "Copy to..." and "Move to..." of the files at `paths` (the panes' and the finders'
+    // result lists'): into `folder`, or the one the user picks when it is empty; no file is
+    // overwritten, the panes' rows follow moved files and the failures are named in one message.
+    void TransferPaths(const std::vector<std::string>& paths, bool move, const std::string& folder);
     // Opens the tree down to a folder and lists it (start-up's last folder, the Go list).
     void OpenFolder(const std::string& path);
     void UpdateLastLists();

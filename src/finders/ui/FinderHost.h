@@ -46,7 +46,7 @@ struct FinderHost {
     // A question (true for Yes) and a message; a window shows its own boxes when they are empty.
     std::function<bool(const UserMessage& question)> Ask;
     std::function<void(const UserMessage& message)> Tell;
-    // Moves a file to the trash; false with the reason when it cannot (platform/Trash.h).
+    // Moves a file to the trash; false with the reason when it cannot.
     std::function<bool(const std::string& path, std::string& why)> Trash;
     // The folder "Browse..." asks for ("" when the user cancels).
     std::function<std::string(const std::string& question)> ChooseFolder;

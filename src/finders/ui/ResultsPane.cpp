@@ -5,6 +5,7 @@
 #include <QMessageBox>
 #include <QMouseEvent>
 
+#include "app/ColumnLayout.h"
 #include "finders/ResultRows.h"
 #include "finders/TrashRows.h"
 
@@ -13,6 +14,7 @@ namespace jk {
 namespace {
 
 constexpr std::int16_t kDeleteWithoutWarning = 1;
+constexpr int kColumns = static_cast<int>(kColumnCount);
 
 QMessageBox::Icon BoxIcon(MessageIcon icon) {
     switch (icon) {
@@ -234,6 +236,23 @@ void ResultsPane::keyPressEvent(QKeyEvent* event) {
         return;
     }
     QTableView::keyPressEvent(event);
+}
+
+void ResultsPane::ApplyColumnOrder(std::string_view order) {
+    QHeaderView* header = horizontalHeader();
+    const std::vector<int> columns = ParseColumnOrder(order, kColumns);
+    for (int visual = 0; visual < kColumns; ++visual) {
+        header->moveSection(header->visualIndex(columns[static_cast<std::size_t>(visual)]), visual);
+    }
+}
+
+void ResultsPane::StoreColumnOrder(std::string& order) const {
+    const QHeaderView* header = horizontalHeader();
+    std::vector<int> columns;
+    for (int visual = 0; visual < kColumns; ++visual) {
+        columns.push_back(header->logicalIndex(visual));
+    }
+    order = FormatColumnOrder(columns, order, kColumns);
 }
 
 }  // namespace jk

@@ -6,6 +6,7 @@
 // selection.
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <QTableView>
@@ -48,6 +49,11 @@ public:
     void PlayShuffle();
 
     std::vector<std::string> SelectedPaths();
+
+    // The columns' order as the settings keep it (a ColumnOrder text), put on the header and
+    // read back from it.
+    void ApplyColumnOrder(std::string_view order);
+    void StoreColumnOrder(std::string& order) const;
 
 Q_SIGNALS:
     // The rows were removed or cleared: the window shows ResultsStats again.

@@ -186,6 +186,7 @@ wizDuplicate::wizDuplicate(FinderHost& host, QWidget* parent) : QDialog(parent),
         m_chkVirtual->setChecked(s.DupeVirtual != 0);
         m_chkClear->setChecked(s.DupeClear != 0);
         m_chkOnTop->setChecked(s.DupeOnTop != 0);
+        m_results->ApplyColumnOrder(s.ColumnOrderDupe);
     }
     resize(900, 560);
 }
@@ -281,6 +282,15 @@ void wizDuplicate::CleanUp() {
     s.DupeVirtual = m_chkVirtual->isChecked() ? 1 : 0;
     s.DupeClear = m_chkClear->isChecked() ? 1 : 0;
     s.DupeOnTop = m_chkOnTop->isChecked() ? 1 : 0;
+    m_results->StoreColumnOrder(s.ColumnOrderDupe);
+}
+
+void wizDuplicate::closeEvent(QCloseEvent* event) {
+    // However the window goes, the columns stay as they were left.
+    if (m_host.Options != nullptr) {
+        m_results->StoreColumnOrder(m_host.Options->ColumnOrderDupe);
+    }
+    QDialog::closeEvent(event);
 }
 
 void wizDuplicate::Command2_Click() {

@@ -6,6 +6,7 @@
 
 #include <vector>
 
+#include <QCloseEvent>
 #include <QDialog>
 
 #include "finders/BestCopies.h"
@@ -42,6 +43,9 @@ public:
     void ProposeBestCopies_Click();
     // "&Delete": after a proposal always asks with the count and the first files.
     void DeleteFile_Click();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     void FindDuplicates();

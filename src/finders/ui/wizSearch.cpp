@@ -85,6 +85,7 @@ wizSearch::wizSearch(FinderHost& host, QWidget* parent) : QDialog(parent), m_hos
     UpdateCombos();
     if (m_host.Options != nullptr) {
         SetForm(LoadSearchForm(*m_host.Options, m_host.CurrentFolder));
+        m_results->ApplyColumnOrder(m_host.Options->ColumnOrderSearch);
     }
     m_status->setText(Q(kSearchReadyStatus));
     resize(900, 600);
@@ -406,6 +407,7 @@ void wizSearch::CleanUp() {
         m_combo2->setEditText(Q(form.LookIn));
         m_combo5->setEditText(Q(form.SizeDate.DateText));
         StoreSearchForm(*m_host.Options, form);
+        m_results->StoreColumnOrder(m_host.Options->ColumnOrderSearch);
     }
     m_bar->setValue(0);
     m_results->Model().RowsAppended();

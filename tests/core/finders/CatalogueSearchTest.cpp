@@ -182,7 +182,9 @@ public:
         song.Size = std::to_string(100000 + Below(9000000));
         song.Time = "03:25";
         song.Date = "2/26/00 11:22:33 PM";
-        song.Path = folders[Below(folders.size())] + Word() + std::to_string(i) + ".mp3";
+        // Sometimes a folder of its own below a shared one, so folders share some parts only.
+        const std::string below = Below(3) == 0 ? Word() + (Below(2) == 0 ? "/" : "\\") : "";
+        song.Path = folders[Below(folders.size())] + below + Word() + std::to_string(i) + ".mp3";
         return song;
     }
 
@@ -208,7 +210,8 @@ public:
             return text;
         }
         const std::size_t from = Below(text.size());
-        const std::size_t length = 1 + Below(kind == 5 ? 2 : 12);
+        // Pieces of paths long enough to run over several folders' joints.
+        const std::size_t length = 1 + Below(kind == 5 ? 2 : kind == 3 ? 30 : 12);
         return text.substr(from, length);
     }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <set>
 #include <string>
 #include <vector>
@@ -50,6 +51,51 @@ TEST(SelectionWizard, TheTestOnlyAddsAndRetainDecidesWhatStays) {
     EXPECT_EQ(SelectedOf(rows), (std::vector<bool>{false, false, false}));
     SelectRows(rows, TextQuery("LOVE", true), ParseFieldFlags("111111111"), false);
     EXPECT_EQ(SelectedOf(rows), (std::vector<bool>{false, false, false}));
+}
+
+// The fast paths (eight positions at a time, every column at once first) against the text test
+// of each column by itself, the query and the columns folded and searched plainly.
+TEST(SelectionWizard, SelectsWhatThePlainFoldedSearchOfEachColumnFinds) {
+    std::mt19937 random(77);
+    const auto below = [&random](std::size_t n) {
+        return std::uniform_int_distribution<std::size_t>(0, n - 1)(random);
+    };
+    const std::vector<std::string> pieces = {"a", "B", "ab", "AB", "b",    "@",    "`",  "[", "{",
+                                             " ", "1", "é",  "É",  "\xC3", "\xA9", "zZ", ""};
+    const auto text = [&](std::size_t most) {
+        std::string out;
+        for (std::size_t n = below(most); n > 0; --n) {
+            out += pieces[below(pieces.size())];
+        }
+        return out;
+    };
+    for (int round = 0; round < 300; ++round) {
+        RowList rows(20);
+        for (ListRow& row : rows) {
+            for (std::size_t c = 0; c < kColumnCount; ++c) {
+                row.Set(static_cast<Column>(c), text(below(3) == 0 ? 30 : 6));
+            }
+        }
+        const std::string query = text(4);
+        const bool binary = below(4) == 0;
+        SearchFieldSet fields;
+        for (std::size_t f = 0; f < kSelectFieldCount; ++f) {
+            fields.set(f, below(3) != 0);
+        }
+        SelectRows(rows, TextQuery(query, binary), fields, false);
+        for (const ListRow& row : rows) {
+            bool expected = false;
+            for (std::size_t f = 0; f < kSelectFieldCount; ++f) {
+                const std::string_view column = row.Get(SelectFields()[f].Pane);
+                const std::string haystack = binary ? std::string(column) : FoldedText(column);
+                const std::string needle = binary ? query : FoldedText(query);
+                expected = expected || (fields.test(f) && !column.empty() &&
+                                        haystack.find(needle) != std::string::npos);
+            }
+            ASSERT_EQ(row.Selected(), expected)
+                << "query \"" << query << "\" in \"" << row.Text() << "\" binary " << binary;
+        }
+    }
 }
 
 TEST(SelectionWizard, OkayWorksOnEachChosenPaneAndStoresTheSettings) {

@@ -1,0 +1,189 @@
+#include "finders/IndexedFolders.h"
+
+#include <cstring>
+#include <string>
+
+namespace jk {
+namespace {
+
+bool IsSeparator(char c) {
+    return c == '/' || c == '\\';
+}
+
+}  // namespace
+
+template <typename Visit>
+void IndexedFolders::ForEachText(const Visit& visit) const {
+    std::vector<std::uint32_t> chain;
+    std::string text;
+    for (std::size_t f = 0; f < Count(); ++f) {
+        chain.clear();
+        for (std::size_t at = f; at != 0; at = m_parent.Get(at)) {
+            chain.push_back(m_part.Get(at));
+        }
+        text.clear();
+        for (auto part = chain.rbegin(); part != chain.rend(); ++part) {
+            text.append(m_parts.Entry(*part));
+        }
+        visit(f, std::string_view(text));
+    }
+}
+
+std::vector<std::size_t> IndexedFolders::Heads(std::string_view folded) {
+    std::vector<std::size_t> heads;
+    for (std::size_t i = 0; i < folded.size(); ++i) {
+        if (IsSeparator(folded[i])) {
+            heads.push_back(i + 1);
+        }
+    }
+    return heads;
+}
+
+// A folder's text ends with a head when its own part does, or when its part ends the head and
+// its parent's text ends with the rest of the head (which then ends with a separator too).
+std::vector<std::uint32_t> IndexedFolders::EndingMasks(
+    std::string_view folded, const std::vector<std::size_t>& heads) const {
+    std::vector<int> headAt(folded.size() + 1, -1);
+    for (std::size_t k = 0; k < heads.size(); ++k) {
+        headAt[heads[k]] = static_cast<int>(k);
+    }
+    std::vector<std::uint32_t> masks(Count(), 0);
+    for (std::size_t f = 1; f < Count(); ++f) {
+        const std::string_view part = m_parts.Entry(m_part.Get(f));
+        const std::uint32_t above = masks[m_parent.Get(f)];
+        std::uint32_t mask = 0;
+        for (std::size_t k = 0; k < heads.size(); ++k) {
+            const std::size_t length = heads[k];
+            bool ends = false;
+            if (part.size() >= length) {
+                ends = part.substr(part.size() - length) == folded.substr(0, length);
+            } else {
+                const int rest = headAt[length - part.size()];
+                ends = rest >= 0 && ((above >> rest) & 1U) != 0 &&
+                       folded.substr(length - part.size(), part.size()) == part;
+            }
+            mask |= static_cast<std::uint32_t>(ends) << k;
+        }
+        masks[f] = mask;
+    }
+    return masks;
+}
+
+SegmentBits IndexedFolders::FoldersHolding(std::string_view folded) const {
+    SegmentBits folders(Count());
+    const SegmentBits parts = EntriesHolding(m_parts, folded);
+    const std::vector<std::size_t> heads = Heads(folded);
+    if (heads.empty()) {
+        // Within one part: a folder holds it when its own part or one above does.
+        if (!parts.Any()) {
+            return folders;
+        }
+        for (std::size_t f = 0; f < Count(); ++f) {
+            if (parts.Test(m_part.Get(f)) || (f != 0 && folders.Test(m_parent.Get(f)))) {
+                folders.Set(f);
+            }
+        }
+        return folders;
+    }
+    if (heads.size() > kMostHeads) {
+        ForEachText([&](std::size_t f, std::string_view text) {
+            if (text.size() >= folded.size() &&
+                ::memmem(text.data(), text.size(), folded.data(), folded.size()) != nullptr) {
+                folders.Set(f);
+            }
+        });
+        return folders;
+    }
+    // Over the parts' joints: the last joint a match runs over lies before the folder's own
+    // part, so the parent's text ends with a head of the text and the part begins the rest.
+    const std::vector<std::uint32_t> masks = EndingMasks(folded, heads);
+    for (std::size_t f = 1; f < Count(); ++f) {
+        const std::size_t parent = m_parent.Get(f);
+        const std::size_t partId = m_part.Get(f);
+        bool found = folders.Test(parent) || parts.Test(partId);
+        if (!found && masks[parent] != 0) {
+            const std::string_view part = m_parts.Entry(partId);
+            for (std::size_t k = 0; k < heads.size() && !found; ++k) {
+                const std::string_view rest = folded.substr(heads[k]);
+                found = ((masks[parent] >> k) & 1U) != 0 && !rest.empty() &&
+                        part.substr(0, rest.size()) == rest;
+            }
+        }
+        if (found) {
+            folders.Set(f);
+        }
+    }
+    return folders;
+}
+
+SegmentBits IndexedFolders::FoldersEndingWith(std::string_view folded) const {
+    SegmentBits folders(Count());
+    const std::vector<std::size_t> heads = Heads(folded);
+    if (heads.empty() || heads.back() != folded.size()) {
+        return folders;  // every folder's text ends with a separator (or is empty)
+    }
+    if (heads.size() > kMostHeads) {
+        ForEachText([&](std::size_t f, std::string_view text) {
+            if (text.size() >= folded.size() &&
+                text.substr(text.size() - folded.size()) == folded) {
+                folders.Set(f);
+            }
+        });
+        return folders;
+    }
+    const std::vector<std::uint32_t> masks = EndingMasks(folded, heads);
+    const std::uint32_t whole = std::uint32_t{1} << (heads.size() - 1);
+    for (std::size_t f = 1; f < Count(); ++f) {
+        if ((masks[f] & whole) != 0) {
+            folders.Set(f);
+        }
+    }
+    return folders;
+}
+
+std::size_t IndexedFolders::MemoryBytes() const {
+    return m_parts.MemoryBytes() + m_parent.MemoryBytes() + m_part.MemoryBytes();
+}
+
+IndexedFoldersBuilder::IndexedFoldersBuilder(IndexedFolders& out)
+    : m_out(out), m_parts(out.m_parts) {
+    m_part.push_back(m_parts.Id({}));
+    m_parent.push_back(0);
+}
+
+std::uint32_t IndexedFoldersBuilder::Id(std::string_view folder) {
+    if (m_haveLast && folder == m_last) {
+        return m_lastId;
+    }
+    std::uint32_t id = 0;
+    std::size_t pos = 0;
+    while (pos < folder.size()) {
+        const std::size_t sep = folder.find_first_of("/\\", pos);
+        const std::size_t end = sep == std::string_view::npos ? folder.size() : sep + 1;
+        const std::uint32_t part = m_parts.Id(folder.substr(pos, end - pos));
+        bool added = false;
+        const std::uint32_t child =
+            m_children.Id((static_cast<std::uint64_t>(id) << 32) | part, added) + 1;
+        if (added) {
+            m_parent.push_back(id);
+            m_part.push_back(part);
+        }
+        id = child;
+        pos = end;
+    }
+    m_last = folder;
+    m_lastId = id;
+    m_haveLast = true;
+    return id;
+}
+
+void IndexedFoldersBuilder::Finish() {
+    m_parts.Finish();
+    m_children.Clear();
+    m_out.m_parent.Pack(m_parent);
+    m_out.m_part.Pack(m_part);
+    m_parent = {};
+    m_part = {};
+}
+
+}  // namespace jk

@@ -1,0 +1,66 @@
+#pragma once
+
+// The folders of the songs' paths as a tree: each folder is its parent and its last part (the
+// text up to and with its separator), and each distinct part is held once, folded. Paths share
+// their upper folders, so a folder costs a few bytes however long its text, and a search
+// tests each part once rather than every folder's whole text.
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "finders/PackedNumbers.h"
+#include "finders/SegmentScan.h"
+#include "finders/TextDictionary.h"
+
+namespace jk {
+
+class IndexedFolders {
+public:
+    // Folder 0 is the empty folder (a path without separator); parents precede their folders.
+    std::size_t Count() const { return m_parent.Size(); }
+    // The folders whose folded text holds `folded`; an empty text: those that are not empty.
+    SegmentBits FoldersHolding(std::string_view folded) const;
+    // The folders whose folded text ends with `folded`.
+    SegmentBits FoldersEndingWith(std::string_view folded) const;
+    std::size_t MemoryBytes() const;
+
+private:
+    friend class IndexedFoldersBuilder;
+    // Calls visit(folder, text) for every folder with its whole folded text.
+    template <typename Visit>
+    void ForEachText(const Visit& visit) const;
+    // The heads of a text that end with a separator, by length; a mask has a bit for each.
+    static constexpr std::size_t kMostHeads = 32;
+    static std::vector<std::size_t> Heads(std::string_view folded);
+    // For each folder, bit k set when its text ends with the first heads[k] bytes of `folded`.
+    std::vector<std::uint32_t> EndingMasks(std::string_view folded,
+                                           const std::vector<std::size_t>& heads) const;
+
+    TextDictionary m_parts;  // entry 0 is the empty part of folder 0
+    PackedNumbers m_parent;
+    PackedNumbers m_part;
+};
+
+class IndexedFoldersBuilder {
+public:
+    // `out` must be empty; the texts given to Id must hold until Finish.
+    explicit IndexedFoldersBuilder(IndexedFolders& out);
+    // The number of a folder: the text of a path before its file name, empty or ending with a
+    // separator ("/" or "\").
+    std::uint32_t Id(std::string_view folder);
+    void Finish();
+
+private:
+    IndexedFolders& m_out;
+    DictionaryBuilder m_parts;
+    NumberTable m_children;  // (parent, part) -> folder - 1
+    std::vector<std::uint32_t> m_parent;
+    std::vector<std::uint32_t> m_part;
+    std::string_view m_last;
+    std::uint32_t m_lastId = 0;
+    bool m_haveLast = false;
+};
+
+}  // namespace jk
