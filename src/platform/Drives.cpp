@@ -1,18 +1,18 @@
 #include "platform/Drives.h"
 
-#include <pwd.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <memory>
+#include <ranges>
 #include <unordered_set>
 
 #include "listing/WalkRules.h"
 #include "platform/DrivesProbe.h"
+#include "platform/UserFolders.h"
 #include "util/FileIo.h"
 #include "util/PathHelpers.h"
 #include "util/StringHelpers.h"
@@ -21,7 +21,7 @@
 namespace jk {
 namespace {
 
-constexpr std::int64_t kMountInfoLimit = 16 * 1024 * 1024;
+constexpr std::int64_t kMountInfoLimit = std::int64_t{16} << 20;
 
 // Filesystems that hold no files of a user's: the kernel's views, memory, images of programs.
 bool IsPseudoFilesystem(std::string_view type) {
@@ -123,9 +123,9 @@ std::string LastComponent(std::string_view mountPoint) {
 std::vector<const MountEntry*> VisibleMounts(const std::vector<MountEntry>& mounts) {
     std::vector<const MountEntry*> visible;
     std::unordered_set<std::string_view> seen;
-    for (auto it = mounts.rbegin(); it != mounts.rend(); ++it) {
-        if (seen.insert(it->MountPoint).second) {
-            visible.push_back(&*it);
+    for (const MountEntry& mount : std::views::reverse(mounts)) {
+        if (seen.insert(mount.MountPoint).second) {
+            visible.push_back(&mount);
         }
     }
     std::reverse(visible.begin(), visible.end());
@@ -279,10 +279,7 @@ std::string HomeFolder() {
         }
         return path;
     }
-    if (const passwd* entry = ::getpwuid(::getuid()); entry != nullptr && entry->pw_dir) {
-        return entry->pw_dir;
-    }
-    return {};
+    return AccountHomeFolder();
 }
 
 std::vector<MountEntry> ReadMountTable(const std::string& mountInfo) {
@@ -292,7 +289,7 @@ std::vector<MountEntry> ReadMountTable(const std::string& mountInfo) {
         return {};
     }
     std::string text;
-    std::vector<std::uint8_t> chunk(64 * 1024);
+    std::vector<std::uint8_t> chunk(std::size_t{64} << 10);
     std::int64_t offset = 0;
     while (offset < kMountInfoLimit) {
         const std::int64_t got = file.ReadAt(offset, chunk);

@@ -74,7 +74,9 @@ std::uint64_t NextTempNumber() {
 }  // namespace
 
 std::string LastErrorText() {
-    return std::strerror(errno);
+    // The GNU strerror_r, not strerror, whose text may sit in a buffer that threads share.
+    char buffer[256];
+    return ::strerror_r(errno, buffer, sizeof buffer);
 }
 
 FileStatus StatPath(const std::string& path) {
