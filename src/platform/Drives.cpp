@@ -7,7 +7,6 @@
 #include <array>
 #include <cstdlib>
 #include <memory>
-#include <ranges>
 #include <unordered_set>
 
 #include "listing/WalkRules.h"
@@ -123,9 +122,9 @@ std::string LastComponent(std::string_view mountPoint) {
 std::vector<const MountEntry*> VisibleMounts(const std::vector<MountEntry>& mounts) {
     std::vector<const MountEntry*> visible;
     std::unordered_set<std::string_view> seen;
-    for (const MountEntry& mount : std::views::reverse(mounts)) {
-        if (seen.insert(mount.MountPoint).second) {
-            visible.push_back(&mount);
+    for (auto it = mounts.rbegin(); it != mounts.rend(); ++it) {
+        if (seen.insert(it->MountPoint).second) {
+            visible.push_back(&*it);
         }
     }
     std::reverse(visible.begin(), visible.end());
