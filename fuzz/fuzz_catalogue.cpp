@@ -102,6 +102,9 @@ void AfterLoad(jk::VolumeTable& table) {
 
 }  // namespace
 
+// Called by libFuzzer, or by the replay of tests/tools/fuzz_replay.cpp.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) {
         return 0;

@@ -9,6 +9,9 @@
 
 #include "playback/MpvProtocol.h"
 
+// Called by libFuzzer, or by the replay of tests/tools/fuzz_replay.cpp.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     (void)jk::ParseMpvLine(bytes);

@@ -15,6 +15,9 @@
 #include "metadata/TagWriter.h"
 #include "support/MemoryTagFile.h"
 
+// Called by libFuzzer, or by the replay of tests/tools/fuzz_replay.cpp.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const jk::ByteView bytes(data, size);
     for (const bool id3v2 : {false, true}) {

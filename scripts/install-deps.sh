@@ -7,7 +7,7 @@ packages=(
     qt6-base-dev qt6-base-dev-tools libgl-dev libqt6svg6 breeze-icon-theme desktop-file-utils
     libtag1-dev libsqlite3-dev libblkid-dev
     libgtest-dev libgmock-dev libbenchmark-dev
-    clang libclang-rt-14-dev clang-format
+    clang libclang-rt-14-dev clang-format clang-tidy
     lame sox mpv mpv-mpris dbus-daemon xvfb xauth
     python3 python3-mutagen
     dosfstools e2fsprogs

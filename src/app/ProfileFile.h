@@ -21,7 +21,7 @@ public:
     // The read buffer of the profile calls: longer values are cut to this many characters.
     static constexpr std::size_t kMaxValueChars = 255;
     // A settings file larger than this is not read (it is treated as missing).
-    static constexpr std::int64_t kMaxFileBytes = 8 * 1024 * 1024;
+    static constexpr std::int64_t kMaxFileBytes = std::int64_t{8} << 20;
 
     static ProfileFile Parse(std::string_view bytes);
     // A missing, unreadable or oversized file gives an empty profile; `error` says why, if asked.

@@ -12,6 +12,8 @@ std::string FormatFixed(double value, int decimals, int minIntegerDigits) {
     if (!std::isfinite(value)) {
         return "0";
     }
+    decimals = std::max(decimals, 0);  // negative counts ask for none
+    minIntegerDigits = std::max(minIntegerDigits, 0);
     // The 15 significant digits the language works with, then rounding on those digits, so that
     // 2.675 rounds up as written rather than as the nearest binary fraction (2.67499...) would.
     char buffer[40];
@@ -43,8 +45,10 @@ std::string FormatFixed(double value, int decimals, int minIntegerDigits) {
         }
     }
     // Now `kept` is the value times 10^decimals, as an integer's digits.
-    if (kept.size() < static_cast<std::size_t>(decimals + minIntegerDigits)) {
-        kept.insert(0, static_cast<std::size_t>(decimals + minIntegerDigits) - kept.size(), '0');
+    const std::size_t width =
+        static_cast<std::size_t>(decimals) + static_cast<std::size_t>(minIntegerDigits);
+    if (kept.size() < width) {
+        kept.insert(0, width - kept.size(), '0');
     }
     std::string integer = kept.substr(0, kept.size() - static_cast<std::size_t>(decimals));
     while (integer.size() > static_cast<std::size_t>(minIntegerDigits) && integer.front() == '0') {

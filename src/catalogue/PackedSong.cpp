@@ -79,11 +79,11 @@ SongFieldViews PackedSong::Fields() const {
 }
 
 std::int16_t PackedSong::Track() const {
-    return m_block == nullptr ? 0 : m_block->track;
+    return m_block == nullptr ? std::int16_t{0} : m_block->track;
 }
 
 std::int16_t PackedSong::Reserved() const {
-    return m_block == nullptr ? 0 : m_block->reserved;
+    return m_block == nullptr ? std::int16_t{0} : m_block->reserved;
 }
 
 SongInfo PackedSong::ToSong() const {

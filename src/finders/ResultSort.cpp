@@ -19,7 +19,7 @@ std::int64_t DateKey(std::string_view text) {
         return INT64_MIN;
     }
     return (DaysFromCivil(moment->Year, moment->Month, moment->Day) * 24 + moment->Hour) * 3600 +
-           moment->Minute * 60 + moment->Second;
+           std::int64_t{moment->Minute} * 60 + moment->Second;
 }
 
 template <typename Key>

@@ -135,11 +135,6 @@ bool ReadByPattern(Reader& in, std::string_view pattern, CivilMoment& out) {
                 month = value;
                 break;
             case 'y':
-                if (!in.Number(4, value, digits)) {
-                    return false;
-                }
-                year = digits <= 2 ? TwoDigitYear(value) : value;
-                break;
             case 'Y':
                 if (!in.Number(4, value, digits)) {
                     return false;

@@ -1,7 +1,6 @@
 #include "finders/SearchIndex.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "catalogue/SongFields.h"
 #include "finders/TextTest.h"
@@ -9,14 +8,12 @@
 namespace jk {
 
 std::string_view SearchIndex::OwnTexts::SegmentOf(std::size_t song) const {
+    constexpr char kEnd = static_cast<char>(kSegmentEnd);
     std::size_t start = Every64[song / 64];
     for (std::size_t skip = song % 64; skip > 0; --skip) {
-        const void* end = std::memchr(Buffer.data() + start, kSegmentEnd, Buffer.size() - start);
-        start = static_cast<std::size_t>(static_cast<const char*>(end) - Buffer.data()) + 1;
+        start = Buffer.find(kEnd, start) + 1;
     }
-    const void* end = std::memchr(Buffer.data() + start, kSegmentEnd, Buffer.size() - start);
-    const std::size_t stop =
-        static_cast<std::size_t>(static_cast<const char*>(end) - Buffer.data());
+    const std::size_t stop = Buffer.find(kEnd, start);
     return std::string_view(Buffer).substr(start, stop - start);
 }
 
@@ -249,9 +246,7 @@ void SearchIndex::FindAcrossFolder(std::string_view folded, SegmentBits& hits) c
     const std::string& names = m_own[kFileNames].Buffer;
     std::size_t start = 0;
     for (std::size_t song = 0; song < m_songs; ++song) {
-        const void* end = std::memchr(names.data() + start, kSegmentEnd, names.size() - start);
-        const std::size_t stop =
-            static_cast<std::size_t>(static_cast<const char*>(end) - names.data());
+        const std::size_t stop = names.find(static_cast<char>(kSegmentEnd), start);
         if (!hits.Test(song) && endings.Test(m_folderOf.Get(song))) {
             const std::string_view name(names.data() + start, stop - start);
             if (name.substr(0, nameStart.size()) == nameStart) {

@@ -35,12 +35,10 @@ SizeDateTest::SizeDateTest(const SizeDateCriteria& criteria, const CivilMoment& 
     m_active = criteria.SizeMode != kSizeIrrelevant || m_needsDate;
     if (!m_guardFails && criteria.LastWritten) {
         // The failures that do not depend on the record: Combo5 read as a date.
-        if ((criteria.TimeMode == kBefore || criteria.TimeMode == kAfter) && !m_date) {
-            m_alwaysFails = true;
-        } else if (criteria.TimeMode == kBetween &&
-                   FallsBetween(CivilMoment{}, criteria.DateText) == Verdict::Failed) {
-            m_alwaysFails = true;
-        }
+        const bool beforeOrAfter = criteria.TimeMode == kBefore || criteria.TimeMode == kAfter;
+        m_alwaysFails = (beforeOrAfter && !m_date) ||
+                        (criteria.TimeMode == kBetween &&
+                         FallsBetween(CivilMoment{}, criteria.DateText) == Verdict::Failed);
     }
 }
 

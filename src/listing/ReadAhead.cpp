@@ -17,7 +17,7 @@ constexpr std::size_t kSmallestLookAhead = 32;
 constexpr std::size_t kBatch = 16;
 // Buffers kept for the next files are of the usual size (a head block, or a small tag and the
 // bytes behind it); one that grew past this is let go.
-constexpr std::size_t kKeptBufferBytes = 32 * 1024;
+constexpr std::size_t kKeptBufferBytes = std::size_t{32} * 1024;
 
 }  // namespace
 

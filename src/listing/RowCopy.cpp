@@ -11,16 +11,15 @@ constexpr std::array<Column, 5> kRightTrimmed = {Column::Artist, Column::Album, 
                                                  Column::Comment, Column::Volume};
 
 std::size_t AppendRows(const RowList& files, RowList& playlist, bool selectedOnly) {
-    if (&files == &playlist) {
-        const RowList copy = files;  // appending to the list being read would move it
-        return AppendRows(copy, playlist, selectedOnly);
-    }
+    // By position, up to the count at the start: a list appended to itself moves its rows as
+    // it grows, and the rows it gains are not read again.
+    const std::size_t count = files.size();
     std::size_t added = 0;
-    for (const ListRow& row : files) {
-        if (selectedOnly && !row.Selected()) {
+    for (std::size_t i = 0; i < count; ++i) {
+        if (selectedOnly && !files[i].Selected()) {
             continue;
         }
-        playlist.push_back(PlaylistRowOf(row));
+        playlist.push_back(PlaylistRowOf(files[i]));
         ++added;
     }
     return added;

@@ -39,7 +39,7 @@ Outcome<std::int64_t> AudioStart(ByteSource& source);
 Outcome<std::int64_t> AudioEnd(ByteSource& source);
 
 // How far behind the audio's start the first frame is sought.
-inline constexpr std::int64_t kSyncSearchBytes = 64 * 1024;
+inline constexpr std::int64_t kSyncSearchBytes = std::int64_t{64} << 10;
 // The search's first look behind the audio's start: a candidate is judged by what lies within
 // it, and the whole search window is looked at only when that leaves the search open. (Only the
 // bytes the search looks at are read.)

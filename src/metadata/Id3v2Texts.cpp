@@ -435,7 +435,7 @@ private:
             case Wanted::Track: {
                 const std::string_view number = std::string_view(first).substr(0, first.find('/'));
                 const std::optional<std::int16_t> track = ToInt16(DigitsVal(number));
-                texts.Track = track && *track > 0 ? *track : 0;
+                texts.Track = track && *track > 0 ? *track : std::int16_t{0};
                 break;
             }
             default:

@@ -18,7 +18,7 @@ constexpr int kFolderAttempts = 16;
 fs::path MakePrivateFolder(const fs::path& parent, std::error_code& error) {
     std::random_device random;
     for (int attempt = 0; attempt < kFolderAttempts; ++attempt) {
-        const fs::path folder = parent / (".jukarra-silent-" + std::to_string(random()));
+        fs::path folder = parent / (".jukarra-silent-" + std::to_string(random()));
         if (fs::create_directory(folder, error)) {
             return folder;
         }

@@ -56,7 +56,7 @@ IoResult WriteSilence(const std::string& path,
         return {false, "cannot create " + path + ": " + LastErrorText()};
     }
     const auto fail = [&](const std::string& what) {
-        const IoResult result{false, what + " " + path + ": " + LastErrorText()};
+        IoResult result{false, what + " " + path + ": " + LastErrorText()};
         file.Close();
         std::remove(path.c_str());
         return result;

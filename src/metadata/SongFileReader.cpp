@@ -22,7 +22,7 @@ namespace {
 // this much. A larger tag holds a picture or the like: it is walked frame by frame, reading the
 // frame headers and the text frames and passing over the rest, so that its bytes never leave
 // the disk.
-constexpr std::int64_t kMaxHeadPreload = 16 * 1024;
+constexpr std::int64_t kMaxHeadPreload = std::int64_t{16} * 1024;
 // Behind the tag the frame search nearly always settles within a frame and the next header (a
 // Layer III frame is at most 1441 bytes) plus the VBR header; it reads further itself if not.
 constexpr std::int64_t kAfterTagBytes = 2048;

@@ -30,7 +30,7 @@ std::int16_t TrackOfSuffix(std::string_view album) {
     }
     const bool marked = count == 4 ? CharLeft(album, 2) == kTrackMark.substr(1)
                                    : CharMid(album, count - 4, 3) == kTrackMark;
-    return marked ? ToInt16(Val(CharRight(album, 2))).value_or(0) : 0;
+    return marked ? ToInt16(Val(CharRight(album, 2))).value_or(0) : std::int16_t{0};
 }
 
 }  // namespace

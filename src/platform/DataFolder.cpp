@@ -1,13 +1,13 @@
 #include "platform/DataFolder.h"
 
-#include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <system_error>
 
-#include <pwd.h>
 #include <unistd.h>
+
+#include "platform/UserFolders.h"
+#include "util/FileIo.h"
 
 namespace jk {
 
@@ -22,13 +22,7 @@ std::string EnvironmentValue(const char* name) {
 
 std::string HomeFolder() {
     std::string home = EnvironmentValue("HOME");
-    if (home.empty()) {
-        if (const passwd* entry = getpwuid(getuid());
-            entry != nullptr && entry->pw_dir != nullptr) {
-            home = entry->pw_dir;
-        }
-    }
-    return home;
+    return home.empty() ? AccountHomeFolder() : home;
 }
 
 std::string ExecutableFolder() {
@@ -103,7 +97,7 @@ DataFolderResult PrepareDataFolder(const std::string& folder) {
         return result;
     }
     if (access(text.c_str(), W_OK | X_OK) != 0) {
-        result.error = "cannot write in the data folder " + text + ": " + std::strerror(errno);
+        result.error = "cannot write in the data folder " + text + ": " + LastErrorText();
         return result;
     }
     result.ok = true;

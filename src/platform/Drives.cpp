@@ -1,9 +1,7 @@
 #include "platform/Drives.h"
 
-#include <pwd.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -13,6 +11,7 @@
 
 #include "listing/WalkRules.h"
 #include "platform/DrivesProbe.h"
+#include "platform/UserFolders.h"
 #include "util/FileIo.h"
 #include "util/PathHelpers.h"
 #include "util/StringHelpers.h"
@@ -21,7 +20,7 @@
 namespace jk {
 namespace {
 
-constexpr std::int64_t kMountInfoLimit = 16 * 1024 * 1024;
+constexpr std::int64_t kMountInfoLimit = std::int64_t{16} << 20;
 
 // Filesystems that hold no files of a user's: the kernel's views, memory, images of programs.
 bool IsPseudoFilesystem(std::string_view type) {
@@ -279,10 +278,7 @@ std::string HomeFolder() {
         }
         return path;
     }
-    if (const passwd* entry = ::getpwuid(::getuid()); entry != nullptr && entry->pw_dir) {
-        return entry->pw_dir;
-    }
-    return {};
+    return AccountHomeFolder();
 }
 
 std::vector<MountEntry> ReadMountTable(const std::string& mountInfo) {
@@ -292,7 +288,7 @@ std::vector<MountEntry> ReadMountTable(const std::string& mountInfo) {
         return {};
     }
     std::string text;
-    std::vector<std::uint8_t> chunk(64 * 1024);
+    std::vector<std::uint8_t> chunk(std::size_t{64} << 10);
     std::int64_t offset = 0;
     while (offset < kMountInfoLimit) {
         const std::int64_t got = file.ReadAt(offset, chunk);

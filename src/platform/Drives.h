@@ -99,6 +99,7 @@ std::unordered_map<std::string, std::uint64_t> ReadMountDevices();
 std::function<std::string(const std::string& path)> MakeVolumeLabelLookup();
 // The same over a given mount table and labels (tests).
 std::function<std::string(const std::string& path)> MakeVolumeLabelLookup(
-    std::vector<MountEntry> mounts, std::function<std::string(const MountEntry&)> labelOf);
+    const std::vector<MountEntry>& mounts,
+    const std::function<std::string(const MountEntry&)>& labelOf);
 
 }  // namespace jk

@@ -96,7 +96,8 @@ private:
 }  // namespace
 
 std::function<std::string(const std::string& path)> MakeVolumeLabelLookup(
-    std::vector<MountEntry> mounts, std::function<std::string(const MountEntry&)> labelOf) {
+    const std::vector<MountEntry>& mounts,
+    const std::function<std::string(const MountEntry&)>& labelOf) {
     std::vector<LabelledMount> labelled;
     for (const MountEntry& mount : mounts) {
         // A later mount at the same point hides the earlier one.

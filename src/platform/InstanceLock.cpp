@@ -22,7 +22,7 @@ QString ChannelName(const std::string& dataFolder) {
     const QByteArray canonical =
         QFileInfo(QString::fromStdString(dataFolder)).canonicalFilePath().toUtf8();
     const QByteArray key = canonical.isEmpty() ? QByteArray::fromStdString(dataFolder) : canonical;
-    const QString name =
+    QString name =
         QStringLiteral("jukarra-%1-%2")
             .arg(QString::fromLatin1(
                 QCryptographicHash::hash(key, QCryptographicHash::Sha1).toHex().left(16)))

@@ -10,5 +10,8 @@ namespace jk {
 std::string MusicFolder();
 // XDG_DOWNLOAD_DIR likewise, else ~/Downloads.
 std::string DownloadFolder();
+// The home folder the user database gives the user ("" when it has none), for when HOME is
+// not set.
+std::string AccountHomeFolder();
 
 }  // namespace jk

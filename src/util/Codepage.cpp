@@ -2,6 +2,7 @@
 
 #include <iconv.h>
 
+#include <cstdint>
 #include <map>
 #include <mutex>
 
@@ -36,7 +37,7 @@ std::array<char32_t, 256> Windows1252Table() {
 // its windows-1252 meaning so that nothing read is ever lost.
 bool IconvTable(const std::string& name, std::array<char32_t, 256>& table) {
     iconv_t cd = iconv_open("UTF-32LE", name.c_str());
-    if (cd == reinterpret_cast<iconv_t>(-1)) {
+    if (reinterpret_cast<std::intptr_t>(cd) == -1) {
         return false;
     }
     const std::array<char32_t, 256> fallback = Windows1252Table();

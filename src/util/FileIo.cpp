@@ -74,7 +74,9 @@ std::uint64_t NextTempNumber() {
 }  // namespace
 
 std::string LastErrorText() {
-    return std::strerror(errno);
+    // The GNU strerror_r, not strerror, whose text may sit in a buffer that threads share.
+    char buffer[256];
+    return ::strerror_r(errno, buffer, sizeof buffer);
 }
 
 FileStatus StatPath(const std::string& path) {
@@ -359,12 +361,14 @@ IoResult ReadWholeFile(const std::string& path, std::string& out, std::int64_t m
         }
         out.resize(old + static_cast<std::size_t>(n));
         offset += n;
-        if (static_cast<std::size_t>(n) < kChunk) {
-            break;
-        }
+        // The size stated may be out of date, or 0 as /proc states it: the limit holds for
+        // what is read, the last short read included.
         if (offset > maxBytes) {
             out.clear();
             return {false, path + " is larger than " + std::to_string(maxBytes) + " bytes"};
+        }
+        if (static_cast<std::size_t>(n) < kChunk) {
+            break;
         }
     }
     return {};

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include <langinfo.h>
-#include <locale.h>
+#include <locale.h>  // NOLINT(modernize-deprecated-headers): newlocale is POSIX, only here
 
 #include "util/StringHelpers.h"
 #include "util/Text.h"

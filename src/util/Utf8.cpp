@@ -1,6 +1,6 @@
 #include "util/Utf8.h"
 
-#include <locale.h>
+#include <locale.h>  // NOLINT(modernize-deprecated-headers): newlocale is POSIX, only here
 #include <clocale>
 #include <cstring>
 #include <cwctype>

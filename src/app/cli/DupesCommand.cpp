@@ -197,7 +197,7 @@ int RunDupes(CliContext& context, std::span<const std::string> args) {
             std::string line =
                 std::to_string(outcome.Failed.size()) + " file(s) could not be moved to the trash:";
             for (const auto& [path, why] : outcome.Failed) {
-                line += " " + path + " (" + why + ");";
+                line.append(" ").append(path).append(" (").append(why).append(");");
             }
             line.pop_back();
             PrintError(line);

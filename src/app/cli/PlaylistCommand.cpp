@@ -150,7 +150,8 @@ int Add(CliContext& context, std::span<const std::string> args) {
     // be run again once the PATH is put right.
     int result = kExitFailed;
     if (allAdded) {
-        const SaveResult saved = SaveList(list, settings, [&listPath] { return listPath; });
+        const SaveResult saved =
+            SaveList(list, settings, [&listPath]() -> const std::string& { return listPath; });
         if (saved.outcome == SaveOutcome::Failed) {
             PrintError(SaveFailedLine(saved.reason));
         } else {

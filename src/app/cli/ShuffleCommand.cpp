@@ -80,7 +80,8 @@ int RunShuffle(CliContext& context, std::span<const std::string> args) {
 
     int status = kExitOk;
     if (write) {
-        const SaveResult saved = SaveList(list, settings, [&listPath] { return listPath; });
+        const SaveResult saved =
+            SaveList(list, settings, [&listPath]() -> const std::string& { return listPath; });
         if (saved.outcome == SaveOutcome::Failed) {
             PrintError(SaveFailedLine(saved.reason));
             status = kExitFailed;

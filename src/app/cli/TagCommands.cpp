@@ -114,6 +114,12 @@ int SetTags(CliContext& context, std::span<const std::string> args) {
     return anyFailed ? kExitFailed : kExitOk;
 }
 
+// Why stripping failed: the writer's reason when it refused, else the dialog's own words.
+std::string StripFailedText(const std::string& path, const TagWriteResult& result) {
+    const std::string reason = TagFaultText(result);
+    return reason.empty() ? TagWriteFailedText(path) : path + ": " + reason;
+}
+
 int StripFileTags(CliContext& context, std::span<const std::string> args) {
     const CommandArgs parsed = ParseCommandArgs(args, {}, {}, "tag strip");
     if (!parsed.error.empty()) {
@@ -136,8 +142,7 @@ int StripFileTags(CliContext& context, std::span<const std::string> args) {
             PrintError(path + " has no tag to strip");
             anyFailed = true;
         } else if (const TagWriteResult stripped = StripTags(path); !stripped) {
-            const std::string reason = TagFaultText(stripped);
-            PrintError(reason.empty() ? TagWriteFailedText(path) : path + ": " + reason);
+            PrintError(StripFailedText(path, stripped));
             anyFailed = true;
         }
     }

@@ -117,6 +117,18 @@ std::string ParseGlobalOptions(const std::vector<std::string>& args, GlobalOptio
     return {};
 }
 
+// Why KEY names no one setting: no section has it, or more than one has.
+std::string SettingLookupError(const std::string& key, const jk::SettingLookup& lookup) {
+    if (lookup.candidates.empty()) {
+        return "unknown setting " + key;
+    }
+    std::string names;
+    for (const jk::SettingField* field : lookup.candidates) {
+        names += (names.empty() ? "" : ", ") + jk::SettingName(*field);
+    }
+    return "setting " + key + " is in more than one section (" + names + ")";
+}
+
 // Resolves each KEY=VALUE against the settings table.
 std::string ParseOverrides(const std::vector<std::string>& sets,
                            std::vector<jk::SettingOverride>& overrides) {
@@ -128,14 +140,7 @@ std::string ParseOverrides(const std::vector<std::string>& sets,
         const std::string key = set.substr(0, equals);
         const jk::SettingLookup lookup = jk::FindSetting(key);
         if (lookup.field == nullptr) {
-            if (lookup.candidates.empty()) {
-                return "unknown setting " + key;
-            }
-            std::string names;
-            for (const jk::SettingField* field : lookup.candidates) {
-                names += (names.empty() ? "" : ", ") + jk::SettingName(*field);
-            }
-            return "setting " + key + " is in more than one section (" + names + ")";
+            return SettingLookupError(key, lookup);
         }
         overrides.push_back({lookup.field, set.substr(equals + 1)});
     }

@@ -380,8 +380,12 @@ void Main::WireBuiltCommands() {
         {"Minimize", &Main::Minimize_Click},
         {"close", &Main::close_Click},
     };
-    for (const auto& [name, handler] : kBuilt) {
-        m_handlers.insert_or_assign(std::string(name), [this, handler] { (this->*handler)(); });
+    for (const auto& entry : kBuilt) {
+        // Captured by name, not as a structured binding: clang 14, which clang-tidy runs on,
+        // cannot capture those.
+        const auto handler = entry.second;
+        m_handlers.insert_or_assign(std::string(entry.first),
+                                    [this, handler] { (this->*handler)(); });
     }
     for (const std::string_view item :
          {"HelpWeb", "HelpEMail", "CheckForUpdate", "OpenTour", "OpenResources"}) {

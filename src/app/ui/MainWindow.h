@@ -43,7 +43,7 @@ class TipsDialog;
 class ScanStatus;
 struct PresentVolume;
 struct ScanResult;
-struct SongLookup;
+class SongLookup;
 struct ScanSetup;
 struct Session;
 struct Settings;
