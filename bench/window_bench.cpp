@@ -262,56 +262,58 @@ int VirtualMain(std::string work, int runs) {
     program.State().Playlist.PlaylistSaved = true;
     main.close();
     std::filesystem::remove_all(work);
+    return 0;
+}
 
-    // Recurse virtual drives over a made-up catalogue of `songs` songs on ten discs.
-    int RecurseVirtual(long songs, std::string work) {
-        std::filesystem::create_directories(work);
-        WriteIni(work);
-        std::filesystem::remove(work + "lastlist.m3u");
-        jk::SessionData data;
-        jk::DesktopProgram program(work, data);
-        program.Start();
-        jk::Main& main = program.MainWindow();
-        main.resize(1280, 800);
-        jk::VolumeTable& table = program.State().Virtual.Volumes;
-        constexpr long kDiscs = 10;
-        for (long disc = 0; disc < kDiscs; ++disc) {
-            jk::VirtualVolume& volume = table.emplace_back("DISC_" + std::to_string(disc));
-            for (long i = disc; i < songs; i += kDiscs) {
-                jk::SongInfo song;
-                song.Title = "Song " + std::to_string(i);
-                song.Artist = "Artist " + std::to_string(i % 997);
-                song.Album = "Album " + std::to_string(i % 4999);
-                song.Year = "1999";
-                song.Time = "0412";
-                song.Bitrate = "192";
-                song.Size = "4123456";
-                song.Date = "20240101120000";
-                song.Path = "d:\\music\\" + std::to_string(i % 4999) + "\\" + std::to_string(i) +
-                            " - song.mp3";
-                volume.Append(song);
-            }
+// Recurse virtual drives over a made-up catalogue of `songs` songs on ten discs.
+int RecurseVirtual(long songs, std::string work) {
+    std::filesystem::create_directories(work);
+    WriteIni(work);
+    std::filesystem::remove(work + "lastlist.m3u");
+    jk::SessionData data;
+    jk::DesktopProgram program(work, data);
+    program.Start();
+    jk::Main& main = program.MainWindow();
+    main.resize(1280, 800);
+    jk::VolumeTable& table = program.State().Virtual.Volumes;
+    constexpr long kDiscs = 10;
+    for (long disc = 0; disc < kDiscs; ++disc) {
+        jk::VirtualVolume& volume = table.emplace_back("DISC_" + std::to_string(disc));
+        for (long i = disc; i < songs; i += kDiscs) {
+            jk::SongInfo song;
+            song.Title = "Song " + std::to_string(i);
+            song.Artist = "Artist " + std::to_string(i % 997);
+            song.Album = "Album " + std::to_string(i % 4999);
+            song.Year = "1999";
+            song.Time = "0412";
+            song.Bitrate = "192";
+            song.Size = "4123456";
+            song.Date = "20240101120000";
+            song.Path =
+                "d:\\music\\" + std::to_string(i % 4999) + "\\" + std::to_string(i) + " - song.mp3";
+            volume.Append(song);
         }
-        // The window's first paint is not the walk's.
-        QElapsedTimer settle;
-        settle.start();
-        while (settle.elapsed() < 300) {
-            QCoreApplication::processEvents();
-        }
-        GapMeter meter;
-        QElapsedTimer timer;
-        meter.Start();
-        StartCpu();
-        timer.start();
-        main.RecurseAllVirtual_Click();
-        const qint64 ms = timer.elapsed();
-        Report("recurse virtual drives into the playlist", ms, meter.Stop(),
-               main.PlaylistPane().model()->rowCount());
-        program.State().Playlist.PlaylistSaved = true;
-        program.State().Settings.RememberList = "0";
-        main.close();
-        return 0;
     }
+    // The window's first paint is not the walk's.
+    QElapsedTimer settle;
+    settle.start();
+    while (settle.elapsed() < 300) {
+        QCoreApplication::processEvents();
+    }
+    GapMeter meter;
+    QElapsedTimer timer;
+    meter.Start();
+    StartCpu();
+    timer.start();
+    main.RecurseAllVirtual_Click();
+    const qint64 ms = timer.elapsed();
+    Report("recurse virtual drives into the playlist", ms, meter.Stop(),
+           main.PlaylistPane().model()->rowCount());
+    program.State().Playlist.PlaylistSaved = true;
+    program.State().Settings.RememberList = "0";
+    main.close();
+    return 0;
+}
 
 }  // namespace
 
