@@ -57,7 +57,6 @@ QString Main::ChooseDialogPath(PathQuestion question) {
     const QString filter = QStringLiteral("Playlist (*.m3u);;All files (*)");
     switch (question) {
         case PathQuestion::OpenList:
-            return QFileDialog::getOpenFileName(this, QStringLiteral("Open"), folder, filter);
         case PathQuestion::AppendList:
             return QFileDialog::getOpenFileName(this, QStringLiteral("Open"), folder, filter);
         case PathQuestion::SaveList: {
@@ -235,6 +234,7 @@ void Main::TransferPaths(const std::vector<std::string>& paths, bool move,
                 return;
             }
             std::vector<std::string> gone;
+            gone.reserve(done.size());
             for (const FileTransfer& transfer : done) {
                 gone.push_back(transfer.from);
             }

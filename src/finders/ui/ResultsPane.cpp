@@ -249,6 +249,7 @@ void ResultsPane::ApplyColumnOrder(std::string_view order) {
 void ResultsPane::StoreColumnOrder(std::string& order) const {
     const QHeaderView* header = horizontalHeader();
     std::vector<int> columns;
+    columns.reserve(kColumns);
     for (int visual = 0; visual < kColumns; ++visual) {
         columns.push_back(header->logicalIndex(visual));
     }
