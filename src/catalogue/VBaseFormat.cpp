@@ -1,6 +1,7 @@
 #include "catalogue/VBaseFormat.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <limits>
 
@@ -69,6 +70,50 @@ std::string_view FieldForFile(std::string_view text, std::string& scratch) {
     return scratch;
 }
 
+// True when every field is written as it stands: valid UTF-8 that does not begin with the mark.
+// Texts that lie back to back, as a cached record's do, are checked as one: the whole is valid
+// and no field begins inside a character (a byte that begins none makes its field invalid).
+bool FieldsStandAsTheyAre(const SongFieldViews& fields) {
+    const char* const begin = fields.front().data();
+    const char* end = begin;
+    bool together = true;
+    for (const std::string_view field : fields) {
+        if (!field.empty()) {
+            const auto first = static_cast<unsigned char>(field.front());
+            if (first == static_cast<unsigned char>(kEscapedMark) || (first & 0xC0) == 0x80) {
+                return false;
+            }
+        }
+        together = together && field.data() == end;
+        end = field.data() + field.size();
+    }
+    if (together) {
+        return IsValidUtf8(std::string_view(begin, static_cast<std::size_t>(end - begin)));
+    }
+    return std::all_of(fields.begin(), fields.end(),
+                       [](std::string_view field) { return IsValidUtf8(field); });
+}
+
+// The record of texts already in their written form.
+void AppendFieldsAsTheyStand(std::string& out, const SongFieldViews& fields) {
+    std::size_t total = 0;
+    for (const std::string_view field : fields) {
+        total += 2 + FieldBytes(field);
+    }
+    const std::size_t at = out.size();
+    out.resize(at + total);
+    char* write = out.data() + at;
+    for (const std::string_view field : fields) {
+        const std::size_t bytes = FieldBytes(field);
+        *write++ = static_cast<char>((bytes >> 8) & 0xFF);
+        *write++ = static_cast<char>(bytes & 0xFF);
+        if (bytes > 0) {
+            std::memcpy(write, field.data(), bytes);
+            write += bytes;
+        }
+    }
+}
+
 // The bytes of an escaped text (the mark first); a "%" without two hex digits behind it stands
 // for itself.
 std::string UnescapedField(std::string_view text) {
@@ -124,9 +169,18 @@ bool FitsVBaseField(std::string_view text) {
 }
 
 void AppendVBaseRecord(std::string& out, const SongFieldViews& fields) {
-    const std::size_t at = out.size();
-    out.resize(at + VBaseRecordBytes(fields));
-    WriteVBaseRecord(out.data() + at, fields);
+    // Nearly every record is written as it stands, and saving the cache passes here for each
+    // one: its texts are checked once, not once for the size and again for the bytes.
+    if (FieldsStandAsTheyAre(fields)) {
+        AppendFieldsAsTheyStand(out, fields);
+        return;
+    }
+    std::array<std::string, kSongFieldCount> scratch;
+    SongFieldViews forFile;
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        forFile[i] = FieldForFile(fields[i], scratch[i]);
+    }
+    AppendFieldsAsTheyStand(out, forFile);
 }
 
 char* WriteVBaseRecord(char* out, const SongFieldViews& fields) {

@@ -200,6 +200,47 @@ TEST(SaveVBase, ATextThatIsNotUtf8IsWrittenEscapedAndReadBackByteForByte) {
     EXPECT_EQ(loaded[0].Title, "%zzJ");
 }
 
+TEST(SaveVBase, ACachedRecordIsEscapedFieldByFieldThoughItsTextsLieBackToBack) {
+    // A cached record keeps its texts back to back, and they are checked as one: a character
+    // cut between two fields makes the whole valid UTF-8, but neither field.
+    struct Case {
+        std::string title;
+        std::string artist;
+        bool asItStands;
+    };
+    const std::vector<Case> cases = {
+        {"caf\xC3", "\xA9 blue", false},  // a character split across Title and Artist
+        {"caf\xC3\xA9", "blue", true},   {"caf\xE9", "blue", false},  // a stray byte
+        {"\0lead"s, "blue", false},                                   // begins with the mark
+        {"blue", "\xC3", false},  // a cut sequence at the end of a field
+        {"blue", "\xE2\x82\xAC", true},
+    };
+    std::vector<SongInfo> songs;
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        SongInfo song = BlueSong();
+        song.Title = cases[i].title;
+        song.Artist = cases[i].artist;
+        song.Path = "song " + std::to_string(i) + ".mp3";
+        songs.push_back(song);
+    }
+    SongCache cache = test::CacheOf(songs);
+    TempFolder folder;
+    const std::string path = folder.File("cache.dat");
+    ASSERT_TRUE(SaveVBase(path, cache).ok);
+    const std::string bytes = ReadBytes(path);
+    EXPECT_TRUE(IsValidUtf8(bytes));
+    std::vector<SongInfo> loaded;
+    ASSERT_TRUE(LoadVBase(path, loaded));
+    ASSERT_EQ(loaded.size(), cases.size());
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        EXPECT_EQ(loaded[i].Title, cases[i].title) << i;
+        EXPECT_EQ(loaded[i].Artist, cases[i].artist) << i;
+        EXPECT_EQ(bytes.find(Field(cases[i].title) + Field(cases[i].artist)) != std::string::npos,
+                  cases[i].asItStands)
+            << i;
+    }
+}
+
 TEST(LoadVBase, AFieldEndingAtTheLastByteIsAcceptedAndOneByteMoreIsDamage) {
     const std::string complete = Header("2") + SimpleRecord("a") + SimpleRecord("bb");
     SongCache cache;
