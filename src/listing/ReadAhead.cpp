@@ -112,6 +112,7 @@ void ReadAheadScanner::StartWorkersLocked() {
 
 void ReadAheadScanner::StampAhead(bool needFront) {
     // The cache is asked on the walk's thread; announcing may happen on another.
+    std::size_t stampedEnd = 0;
     {
         std::lock_guard lock(m_mutex);
         const std::size_t end = m_front + std::min(m_slots.size(), m_window);
@@ -122,7 +123,7 @@ void ReadAheadScanner::StampAhead(bool needFront) {
         for (std::size_t position = std::max(m_stamped, m_front); position < end; ++position) {
             m_toStamp.push_back(&m_slots[position - m_front]);
         }
-        m_stamped = end;
+        stampedEnd = end;
     }
     for (Slot* slot : m_toStamp) {
         // A file the filter turns away is not worth reading ahead. A refused one (in a recycle
@@ -139,6 +140,10 @@ void ReadAheadScanner::StampAhead(bool needFront) {
         for (Slot* slot : m_toStamp) {
             slot->state = slot->bytes ? SlotState::Pending : SlotState::Ready;
         }
+        // Only now may a worker look at them: one that passed them over while they were still
+        // unstamped would move the claim position beyond them for good, and the walk's thread
+        // would read the whole batch itself.
+        m_stamped = stampedEnd;
         StartWorkersLocked();
     }
     m_workCv.notify_all();
