@@ -34,6 +34,9 @@ void MarkByColumn(const PackedNumbers& column, const SegmentBits& entries, Segme
     const std::size_t n = hits.Size();
     std::uint64_t* words = hits.Words();
     for (std::size_t base = 0; base < n; base += 64) {
+        if (words[base >> 6] == ~std::uint64_t{0}) {
+            continue;  // all 64 found already
+        }
         const std::size_t stop = std::min<std::size_t>(n, base + 64);
         std::uint64_t word = 0;
         for (std::size_t s = base; s < stop; ++s) {

@@ -90,6 +90,14 @@ void ScanTail(const unsigned char* p, std::size_t n, std::size_t i, std::size_t 
 
 #ifdef JK_SEGMENT_SIMD
 
+// Once a segment is found (or was found before), the candidates left in it need no look: the
+// mask of the positions after the first segment end behind `bit` (none when the block holds
+// no further end). Common letters then cost one test a segment, not one a letter.
+inline std::uint32_t RestAfterSegment(std::uint32_t ends, unsigned bit) {
+    const std::uint32_t later = ends & ~((2U << bit) - 1U);
+    return later == 0 ? 0U : ~((later & (~later + 1U)) * 2U - 1U);
+}
+
 // Thirty-two positions at a time: the first and the last byte of the needle are compared at
 // once, and the segment ends of the same positions are counted, so a hit knows its segment.
 __attribute__((target("avx2,popcnt,bmi"))) void ScanAvx2(const unsigned char* p, std::size_t n,
@@ -109,13 +117,17 @@ __attribute__((target("avx2,popcnt,bmi"))) void ScanAvx2(const unsigned char* p,
             _mm256_and_si256(_mm256_cmpeq_epi8(head, first), _mm256_cmpeq_epi8(tail, last))));
         while (found != 0) {
             const unsigned bit = static_cast<unsigned>(__builtin_ctz(found));
-            const std::size_t at =
-                segment + static_cast<std::size_t>(__builtin_popcount(ends & ((1U << bit) - 1U)));
-            if (at < bits.Size() && !bits.Test(at) &&
-                (m <= 2 || std::memcmp(p + i + bit + 1, needle + 1, m - 2) == 0)) {
-                bits.Set(at);
+            const std::uint32_t before = ends & ((1U << bit) - 1U);
+            const std::size_t at = segment + static_cast<std::size_t>(__builtin_popcount(before));
+            if (at >= bits.Size()) {
+                break;
             }
-            found &= found - 1;
+            if (bits.Test(at) || (m <= 2 || std::memcmp(p + i + bit + 1, needle + 1, m - 2) == 0)) {
+                bits.Set(at);
+                found &= RestAfterSegment(ends, bit);
+            } else {
+                found &= found - 1;
+            }
         }
         segment += static_cast<std::size_t>(__builtin_popcount(ends));
     }
@@ -139,11 +151,15 @@ void ScanSse2(const unsigned char* p, std::size_t n, const unsigned char* needle
             const unsigned bit = static_cast<unsigned>(__builtin_ctz(found));
             const std::size_t at =
                 segment + static_cast<std::size_t>(std::popcount(ends & ((1U << bit) - 1U)));
-            if (at < bits.Size() && !bits.Test(at) &&
-                (m <= 2 || std::memcmp(p + i + bit + 1, needle + 1, m - 2) == 0)) {
-                bits.Set(at);
+            if (at >= bits.Size()) {
+                break;
             }
-            found &= found - 1;
+            if (bits.Test(at) || (m <= 2 || std::memcmp(p + i + bit + 1, needle + 1, m - 2) == 0)) {
+                bits.Set(at);
+                found &= RestAfterSegment(ends, bit);
+            } else {
+                found &= found - 1;
+            }
         }
         segment += static_cast<std::size_t>(std::popcount(ends));
     }
