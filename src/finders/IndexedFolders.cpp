@@ -78,11 +78,21 @@ SegmentBits IndexedFolders::FoldersHolding(std::string_view folded) const {
         if (!parts.Any()) {
             return folders;
         }
-        for (std::size_t f = 0; f < Count(); ++f) {
-            if (parts.Test(m_part.Get(f)) || (f != 0 && folders.Test(m_parent.Get(f)))) {
-                folders.Set(f);
-            }
-        }
+        m_part.WithWidth([&](auto partWidth) {
+            m_parent.WithWidth([&](auto parentWidth) {
+                constexpr unsigned kPart = decltype(partWidth)::value;
+                constexpr unsigned kParent = decltype(parentWidth)::value;
+                if (parts.Test(m_part.GetAs<kPart>(0))) {
+                    folders.Set(0);
+                }
+                for (std::size_t f = 1; f < Count(); ++f) {
+                    if (parts.Test(m_part.GetAs<kPart>(f)) ||
+                        folders.Test(m_parent.GetAs<kParent>(f))) {
+                        folders.Set(f);
+                    }
+                }
+            });
+        });
         return folders;
     }
     if (heads.size() > kMostHeads) {
