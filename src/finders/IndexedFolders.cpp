@@ -39,33 +39,60 @@ std::vector<std::size_t> IndexedFolders::Heads(std::string_view folded) {
     return heads;
 }
 
-// A folder's text ends with a head when its own part does, or when its part ends the head and
-// its parent's text ends with the rest of the head (which then ends with a separator too).
-std::vector<std::uint32_t> IndexedFolders::EndingMasks(
+// What each distinct part says about the heads of a text, worked out once a part rather than
+// once a folder. A part holds one separator, at its end.
+IndexedFolders::PartMasks IndexedFolders::MasksOfParts(
     std::string_view folded, const std::vector<std::size_t>& heads) const {
-    std::vector<int> headAt(folded.size() + 1, -1);
-    for (std::size_t k = 0; k < heads.size(); ++k) {
-        headAt[heads[k]] = static_cast<int>(k);
-    }
-    std::vector<std::uint32_t> masks(Count(), 0);
-    for (std::size_t f = 1; f < Count(); ++f) {
-        const std::string_view part = m_parts.Entry(m_part.Get(f));
-        const std::uint32_t above = masks[m_parent.Get(f)];
-        std::uint32_t mask = 0;
+    PartMasks masks;
+    const std::size_t count = m_parts.Count();
+    masks.Ends.assign(count, 0);
+    masks.Chunks.assign(count, 0);
+    masks.Starts.assign(count, 0);
+    for (std::size_t p = 0; p < count; ++p) {
+        const std::string_view part = m_parts.Entry(p);
+        std::uint32_t ends = 0;
+        std::uint32_t chunks = 0;
+        std::uint32_t starts = 0;
         for (std::size_t k = 0; k < heads.size(); ++k) {
             const std::size_t length = heads[k];
-            bool ends = false;
             if (part.size() >= length) {
-                ends = part.substr(part.size() - length) == folded.substr(0, length);
-            } else {
-                const int rest = headAt[length - part.size()];
-                ends = rest >= 0 && ((above >> rest) & 1U) != 0 &&
-                       folded.substr(length - part.size(), part.size()) == part;
+                ends |= static_cast<std::uint32_t>(part.substr(part.size() - length) ==
+                                                   folded.substr(0, length))
+                        << k;
+            } else if (k > 0) {
+                // Shorter than the head: it can only be the piece between the head before
+                // and this one.
+                chunks |= static_cast<std::uint32_t>(
+                              folded.substr(heads[k - 1], length - heads[k - 1]) == part)
+                          << k;
             }
-            mask |= static_cast<std::uint32_t>(ends) << k;
+            const std::string_view rest = folded.substr(length);
+            starts |=
+                static_cast<std::uint32_t>(!rest.empty() && part.substr(0, rest.size()) == rest)
+                << k;
         }
-        masks[f] = mask;
+        masks.Ends[p] = ends;
+        masks.Chunks[p] = chunks;
+        masks.Starts[p] = starts;
     }
+    return masks;
+}
+
+// A folder's text ends with a head when its own part does, or when its part is the piece
+// before the head and its parent's text ends with the head before.
+std::vector<std::uint32_t> IndexedFolders::EndingMasks(const PartMasks& parts) const {
+    std::vector<std::uint32_t> masks(Count(), 0);
+    m_part.WithWidth([&](auto partWidth) {
+        m_parent.WithWidth([&](auto parentWidth) {
+            constexpr unsigned kPart = decltype(partWidth)::value;
+            constexpr unsigned kParent = decltype(parentWidth)::value;
+            for (std::size_t f = 1; f < Count(); ++f) {
+                const std::uint32_t part = m_part.GetAs<kPart>(f);
+                const std::uint32_t above = masks[m_parent.GetAs<kParent>(f)];
+                masks[f] = parts.Ends[part] | ((above << 1) & parts.Chunks[part]);
+            }
+        });
+    });
     return masks;
 }
 
@@ -78,11 +105,21 @@ SegmentBits IndexedFolders::FoldersHolding(std::string_view folded) const {
         if (!parts.Any()) {
             return folders;
         }
-        for (std::size_t f = 0; f < Count(); ++f) {
-            if (parts.Test(m_part.Get(f)) || (f != 0 && folders.Test(m_parent.Get(f)))) {
-                folders.Set(f);
-            }
-        }
+        m_part.WithWidth([&](auto partWidth) {
+            m_parent.WithWidth([&](auto parentWidth) {
+                constexpr unsigned kPart = decltype(partWidth)::value;
+                constexpr unsigned kParent = decltype(parentWidth)::value;
+                if (parts.Test(m_part.GetAs<kPart>(0))) {
+                    folders.Set(0);
+                }
+                for (std::size_t f = 1; f < Count(); ++f) {
+                    if (parts.Test(m_part.GetAs<kPart>(f)) ||
+                        folders.Test(m_parent.GetAs<kParent>(f))) {
+                        folders.Set(f);
+                    }
+                }
+            });
+        });
         return folders;
     }
     if (heads.size() > kMostHeads) {
@@ -96,23 +133,22 @@ SegmentBits IndexedFolders::FoldersHolding(std::string_view folded) const {
     }
     // Over the parts' joints: the last joint a match runs over lies before the folder's own
     // part, so the parent's text ends with a head of the text and the part begins the rest.
-    const std::vector<std::uint32_t> masks = EndingMasks(folded, heads);
-    for (std::size_t f = 1; f < Count(); ++f) {
-        const std::size_t parent = m_parent.Get(f);
-        const std::size_t partId = m_part.Get(f);
-        bool found = folders.Test(parent) || parts.Test(partId);
-        if (!found && masks[parent] != 0) {
-            const std::string_view part = m_parts.Entry(partId);
-            for (std::size_t k = 0; k < heads.size() && !found; ++k) {
-                const std::string_view rest = folded.substr(heads[k]);
-                found = ((masks[parent] >> k) & 1U) != 0 && !rest.empty() &&
-                        part.substr(0, rest.size()) == rest;
+    const PartMasks partMasks = MasksOfParts(folded, heads);
+    const std::vector<std::uint32_t> masks = EndingMasks(partMasks);
+    m_part.WithWidth([&](auto partWidth) {
+        m_parent.WithWidth([&](auto parentWidth) {
+            constexpr unsigned kPart = decltype(partWidth)::value;
+            constexpr unsigned kParent = decltype(parentWidth)::value;
+            for (std::size_t f = 1; f < Count(); ++f) {
+                const std::uint32_t parent = m_parent.GetAs<kParent>(f);
+                const std::uint32_t part = m_part.GetAs<kPart>(f);
+                if (folders.Test(parent) || parts.Test(part) ||
+                    (masks[parent] & partMasks.Starts[part]) != 0) {
+                    folders.Set(f);
+                }
             }
-        }
-        if (found) {
-            folders.Set(f);
-        }
-    }
+        });
+    });
     return folders;
 }
 
@@ -131,7 +167,7 @@ SegmentBits IndexedFolders::FoldersEndingWith(std::string_view folded) const {
         });
         return folders;
     }
-    const std::vector<std::uint32_t> masks = EndingMasks(folded, heads);
+    const std::vector<std::uint32_t> masks = EndingMasks(MasksOfParts(folded, heads));
     const std::uint32_t whole = std::uint32_t{1} << (heads.size() - 1);
     for (std::size_t f = 1; f < Count(); ++f) {
         if ((masks[f] & whole) != 0) {

@@ -34,9 +34,17 @@ private:
     // The heads of a text that end with a separator, by length; a mask has a bit for each.
     static constexpr std::size_t kMostHeads = 32;
     static std::vector<std::size_t> Heads(std::string_view folded);
+    // For each distinct part, bit k set when: it ends with the first heads[k] bytes of
+    // `folded` (Ends); it is the text between heads k-1 and k (Chunks); it begins with what
+    // follows head k, not empty (Starts).
+    struct PartMasks {
+        std::vector<std::uint32_t> Ends;
+        std::vector<std::uint32_t> Chunks;
+        std::vector<std::uint32_t> Starts;
+    };
+    PartMasks MasksOfParts(std::string_view folded, const std::vector<std::size_t>& heads) const;
     // For each folder, bit k set when its text ends with the first heads[k] bytes of `folded`.
-    std::vector<std::uint32_t> EndingMasks(std::string_view folded,
-                                           const std::vector<std::size_t>& heads) const;
+    std::vector<std::uint32_t> EndingMasks(const PartMasks& parts) const;
 
     TextDictionary m_parts;  // entry 0 is the empty part of folder 0
     PackedNumbers m_parent;

@@ -1,5 +1,7 @@
 #include "finders/IndexedSearch.h"
 
+#include <bit>
+
 #include "catalogue/SongFields.h"
 #include "finders/CatalogueSearch.h"
 #include "finders/ResultRows.h"
@@ -30,6 +32,32 @@ bool ScopeHasRecords(const CatalogueView& catalogue, const Scope& scope) {
     return false;
 }
 
+void AppendEverySetBit(const SearchIndex& index, const SegmentBits& hits, const Scope& scope,
+                       std::vector<SongRef>& songs) {
+    songs.reserve(hits.Count());
+    const std::vector<std::uint64_t>& words = hits.WordList();
+    for (std::size_t v = scope.FirstVolume; v < scope.EndVolume; ++v) {
+        const std::size_t base = index.VolumeStart(v);
+        const std::size_t end = index.VolumeStart(v + 1);
+        for (std::size_t w = base >> 6; w < words.size() && (w << 6) < end; ++w) {
+            std::uint64_t word = words[w];
+            if ((w << 6) < base) {
+                word &= ~std::uint64_t{0} << (base & 63);
+            }
+            while (word != 0) {
+                const std::size_t song =
+                    (w << 6) + static_cast<std::size_t>(std::countr_zero(word));
+                if (song >= end) {
+                    break;
+                }
+                songs.push_back(SongRef{static_cast<std::uint32_t>(v),
+                                        static_cast<std::uint32_t>(song - base)});
+                word &= word - 1;
+            }
+        }
+    }
+}
+
 }  // namespace
 
 IndexedResult FindIndexed(const SearchIndex& index, const CatalogueView& catalogue,
@@ -57,6 +85,12 @@ IndexedResult FindIndexed(const SearchIndex& index, const CatalogueView& catalog
     if (!everySong) {
         hits =
             index.Find(query.Binary() ? FoldedText(query.Text()) : query.Folded(), request.Fields);
+    }
+    if (!everySong && !verify && scope.Folder.empty() && !request.SizeDate.Active()) {
+        // Nothing left to test song by song: the found songs are the set bits, read a word
+        // at a time without looking at the records.
+        AppendEverySetBit(index, hits, scope, result.Songs);
+        return result;
     }
     for (std::size_t v = scope.FirstVolume; v < scope.EndVolume; ++v) {
         const std::size_t base = index.VolumeStart(v);

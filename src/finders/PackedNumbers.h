@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 #include <vector>
 
 namespace jk {
@@ -49,6 +50,21 @@ public:
             value |= static_cast<std::uint32_t>(p[3]) << 24;
         }
         return value;
+    }
+    // Calls visit(std::integral_constant<unsigned, Width()>{}), so a loop over the column
+    // can read it with GetAs.
+    template <typename Visit>
+    decltype(auto) WithWidth(const Visit& visit) const {
+        switch (m_width) {
+            case 1:
+                return visit(std::integral_constant<unsigned, 1>{});
+            case 2:
+                return visit(std::integral_constant<unsigned, 2>{});
+            case 3:
+                return visit(std::integral_constant<unsigned, 3>{});
+            default:
+                return visit(std::integral_constant<unsigned, 4>{});
+        }
     }
     std::size_t Size() const { return m_width == 0 ? 0 : m_bytes.size() / m_width; }
     unsigned Width() const { return m_width; }

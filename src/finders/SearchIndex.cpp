@@ -34,6 +34,9 @@ void MarkByColumn(const PackedNumbers& column, const SegmentBits& entries, Segme
     const std::size_t n = hits.Size();
     std::uint64_t* words = hits.Words();
     for (std::size_t base = 0; base < n; base += 64) {
+        if (words[base >> 6] == ~std::uint64_t{0}) {
+            continue;  // all 64 found already
+        }
         const std::size_t stop = std::min<std::size_t>(n, base + 64);
         std::uint64_t word = 0;
         for (std::size_t s = base; s < stop; ++s) {
@@ -243,17 +246,32 @@ void SearchIndex::FindAcrossFolder(std::string_view folded, SegmentBits& hits) c
     if (!endings.Any()) {
         return;
     }
-    const std::string& names = m_own[kFileNames].Buffer;
+    // The songs in such folders not found yet, then their names read through a cursor that
+    // jumps from one to the next by the index of every 64th name.
+    SegmentBits candidates(m_songs);
+    MarkByColumn(m_folderOf, endings, candidates);
+    const std::vector<std::uint64_t>& found = hits.WordList();
+    std::uint64_t* words = candidates.Words();
+    for (std::size_t w = 0; w < found.size(); ++w) {
+        words[w] &= ~found[w];
+    }
+    const OwnTexts& names = m_own[kFileNames];
+    constexpr char kEnd = static_cast<char>(kSegmentEnd);
+    std::size_t song = 0;
     std::size_t start = 0;
-    for (std::size_t song = 0; song < m_songs; ++song) {
-        const std::size_t stop = names.find(static_cast<char>(kSegmentEnd), start);
-        if (!hits.Test(song) && endings.Test(m_folderOf.Get(song))) {
-            const std::string_view name(names.data() + start, stop - start);
-            if (name.substr(0, nameStart.size()) == nameStart) {
-                hits.Set(song);
-            }
+    for (std::size_t next = candidates.Next(0); next < m_songs; next = candidates.Next(next + 1)) {
+        if (next / 64 != song / 64 || next < song) {
+            song = next / 64 * 64;
+            start = names.Every64[next / 64];
         }
-        start = stop + 1;
+        for (; song < next; ++song) {
+            start = names.Buffer.find(kEnd, start) + 1;
+        }
+        const std::string_view name =
+            std::string_view(names.Buffer).substr(start, nameStart.size());
+        if (name == nameStart && name.find(kEnd) == std::string_view::npos) {
+            hits.Set(next);
+        }
     }
 }
 

@@ -90,6 +90,25 @@ void ScanTail(const unsigned char* p, std::size_t n, std::size_t i, std::size_t 
 
 #ifdef JK_SEGMENT_SIMD
 
+// Once a segment is found (or was found before), the candidates left in it need no look: the
+// mask of the positions after the first segment end behind `bit` (none when the block holds
+// no further end). Common letters then cost one test a segment, not one a letter.
+inline std::uint32_t RestAfterSegment(std::uint32_t ends, unsigned bit) {
+    const std::uint32_t later = ends & ~((2U << bit) - 1U);
+    return later == 0 ? 0U : ~((later & (~later + 1U)) * 2U - 1U);
+}
+
+// The bytes between a candidate's first two and its last; most needles are short, and a call
+// of memcmp would cost more than the look.
+inline bool Same(const unsigned char* a, const unsigned char* b, std::size_t count) {
+    for (std::size_t k = 0; k < count; ++k) {
+        if (a[k] != b[k]) {
+            return false;
+        }
+    }
+    return true;
+}
+
 // Thirty-two positions at a time: the first and the last byte of the needle are compared at
 // once, and the segment ends of the same positions are counted, so a hit knows its segment.
 __attribute__((target("avx2,popcnt,bmi"))) void ScanAvx2(const unsigned char* p, std::size_t n,
@@ -97,25 +116,36 @@ __attribute__((target("avx2,popcnt,bmi"))) void ScanAvx2(const unsigned char* p,
                                                          SegmentBits& bits) {
     const __m256i first = _mm256_set1_epi8(static_cast<char>(needle[0]));
     const __m256i last = _mm256_set1_epi8(static_cast<char>(needle[m - 1]));
+    // The second byte too, for needles of three and more: fewer candidates to compare, and
+    // none at all for three bytes.
+    const std::size_t secondAt = m >= 3 ? 1 : 0;
+    const __m256i second = _mm256_set1_epi8(static_cast<char>(needle[secondAt]));
+    const std::size_t middle = m >= 3 ? m - 3 : 0;
     const __m256i end = _mm256_set1_epi8(static_cast<char>(kSegmentEnd));
     std::size_t segment = 0;
     std::size_t i = 0;
     for (; i + m + 31 <= n; i += 32) {
         const __m256i head = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p + i));
         const __m256i tail = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p + i + m - 1));
+        const __m256i next = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p + i + secondAt));
         const auto ends =
             static_cast<std::uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(head, end)));
-        auto found = static_cast<std::uint32_t>(_mm256_movemask_epi8(
-            _mm256_and_si256(_mm256_cmpeq_epi8(head, first), _mm256_cmpeq_epi8(tail, last))));
+        auto found = static_cast<std::uint32_t>(_mm256_movemask_epi8(_mm256_and_si256(
+            _mm256_and_si256(_mm256_cmpeq_epi8(head, first), _mm256_cmpeq_epi8(next, second)),
+            _mm256_cmpeq_epi8(tail, last))));
         while (found != 0) {
             const unsigned bit = static_cast<unsigned>(__builtin_ctz(found));
-            const std::size_t at =
-                segment + static_cast<std::size_t>(__builtin_popcount(ends & ((1U << bit) - 1U)));
-            if (at < bits.Size() && !bits.Test(at) &&
-                (m <= 2 || std::memcmp(p + i + bit + 1, needle + 1, m - 2) == 0)) {
-                bits.Set(at);
+            const std::uint32_t before = ends & ((1U << bit) - 1U);
+            const std::size_t at = segment + static_cast<std::size_t>(__builtin_popcount(before));
+            if (at >= bits.Size()) {
+                break;
             }
-            found &= found - 1;
+            if (bits.Test(at) || Same(p + i + bit + 2, needle + 2, middle)) {
+                bits.Set(at);
+                found &= RestAfterSegment(ends, bit);
+            } else {
+                found &= found - 1;
+            }
         }
         segment += static_cast<std::size_t>(__builtin_popcount(ends));
     }
@@ -139,11 +169,15 @@ void ScanSse2(const unsigned char* p, std::size_t n, const unsigned char* needle
             const unsigned bit = static_cast<unsigned>(__builtin_ctz(found));
             const std::size_t at =
                 segment + static_cast<std::size_t>(std::popcount(ends & ((1U << bit) - 1U)));
-            if (at < bits.Size() && !bits.Test(at) &&
-                (m <= 2 || std::memcmp(p + i + bit + 1, needle + 1, m - 2) == 0)) {
-                bits.Set(at);
+            if (at >= bits.Size()) {
+                break;
             }
-            found &= found - 1;
+            if (bits.Test(at) || (m <= 2 || std::memcmp(p + i + bit + 1, needle + 1, m - 2) == 0)) {
+                bits.Set(at);
+                found &= RestAfterSegment(ends, bit);
+            } else {
+                found &= found - 1;
+            }
         }
         segment += static_cast<std::size_t>(std::popcount(ends));
     }
