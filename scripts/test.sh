@@ -90,8 +90,11 @@ no_aslr=()
 if [ "$(cat /proc/sys/vm/mmap_rnd_bits 2>/dev/null || echo 28)" -gt 28 ]; then
     no_aslr=(setarch "$(uname -m)" -R)
 fi
+# The D-Bus tests stay in the two builds above: Debian's Qt, libdbus and GLib are not built with
+# ThreadSanitizer, so their own hand-offs between the bus thread and ours read as races.
 (cd build-tsan && TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 \
-    "${no_aslr[@]}" ctest --output-on-failure -j "$jobs" -L threads)
+    "${no_aslr[@]}" ctest --output-on-failure -j "$jobs" -L threads \
+    -E '^(player_tests|SessionMprisBus\..*)$')
 
 if [ -d fuzz ] && [ "$FUZZ_SECONDS" -gt 0 ]; then
     section "fuzzers, ${FUZZ_SECONDS}s each"
