@@ -6,6 +6,7 @@
 #include "browse/FolderEntries.h"
 #include "browse/FolderWalk.h"
 #include "finders/ResultRows.h"
+#include "finders/SearchFields.h"
 #include "listing/ReadAhead.h"
 #include "listing/WalkRules.h"
 #include "util/PathHelpers.h"
@@ -87,32 +88,6 @@ private:
         if (found && verdict == Verdict::Match) {
             m_rows.push_back(RealHitRow(song));
         }
-    }
-
-    static std::string_view SearchFieldOf(const SongInfo& song, SearchField field) {
-        switch (field) {
-            case SearchField::Title:
-                return song.Title;
-            case SearchField::Artist:
-                return song.Artist;
-            case SearchField::Album:
-                return song.Album;
-            case SearchField::Year:
-                return song.Year;
-            case SearchField::Genre:
-                return song.Genre;
-            case SearchField::Bitrate:
-                return song.Bitrate;
-            case SearchField::Filename:
-                return song.Path;
-            case SearchField::Comment:
-                return song.Comment;
-            case SearchField::Volume:
-                return song.Volume;
-            case SearchField::Count:
-                break;
-        }
-        return {};
     }
 
     // lblStatus names the folder whose files are being searched.
