@@ -92,6 +92,7 @@ PlayCheck CheckDiscsBeforePlay(const std::vector<std::string>& paths,
             return {false, {}, {}};
         }
         std::vector<std::string> names;
+        names.reserve(absentOrder.size());
         for (const std::size_t v : absentOrder) {
             names.push_back(catalogue.Volumes[v].Name);
         }

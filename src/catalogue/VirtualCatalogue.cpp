@@ -239,13 +239,13 @@ public:
     // Renames every prepared file into place, in the order prepared.
     IoResult Commit() {
         IoResult result;
-        for (std::size_t i = 0; i < m_pending.size(); ++i) {
-            result = m_files.Rename(m_pending[i].temp, m_pending[i].target);
+        for (Pending& pending : m_pending) {
+            result = m_files.Rename(pending.temp, pending.target);
             if (!result.ok) {
                 break;
             }
-            m_pending[i].temp.clear();
-            Step("renamed " + std::string(BareName(m_pending[i].target)));
+            pending.temp.clear();
+            Step("renamed " + std::string(BareName(pending.target)));
         }
         std::erase_if(m_pending, [](const Pending& p) { return p.temp.empty(); });
         m_files.SyncFolder(m_folder);

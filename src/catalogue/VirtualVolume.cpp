@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstring>
 
 #include "catalogue/SongFields.h"
@@ -238,7 +239,7 @@ std::int16_t VirtualVolume::SmallAt(const Entry& entry, int which) const {
     if (m_chunks[entry.chunk].file != nullptr) {
         return 0;
     }
-    const unsigned char* at = RecordAt(entry) - kSmallBytes + 2 * which;
+    const unsigned char* at = RecordAt(entry) - kSmallBytes + std::ptrdiff_t{2} * which;
     return static_cast<std::int16_t>(static_cast<std::uint16_t>((at[0] << 8) | at[1]));
 }
 
@@ -273,9 +274,9 @@ std::string VirtualVolume::PathOf(std::size_t i) const {
 SongFieldViews VirtualVolume::FieldsOf(std::size_t i) const {
     SongFieldViews fields{};
     const unsigned char* at = RecordAt(m_entries[i]);
-    for (std::size_t k = 0; k < fields.size(); ++k) {
+    for (std::string_view& field : fields) {
         const std::size_t n = LengthAt(at);
-        fields[k] = {reinterpret_cast<const char*>(at + 2), n};
+        field = {reinterpret_cast<const char*>(at + 2), n};
         at += 2 + n;
     }
     fields[kKeyVolume - 1] = Name;

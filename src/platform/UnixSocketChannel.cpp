@@ -18,8 +18,8 @@ using SteadyClock = std::chrono::steady_clock;
 
 // A line longer than this is no reply of mpv's: the connection is dropped rather than
 // buffered without end.
-constexpr std::size_t kMaxLineBytes = 4 * 1024 * 1024;
-constexpr std::size_t kReadChunk = 64 * 1024;
+constexpr std::size_t kMaxLineBytes = std::size_t{4} * 1024 * 1024;
+constexpr std::size_t kReadChunk = std::size_t{64} * 1024;
 
 int MillisecondsUntil(SteadyClock::time_point then, SteadyClock::time_point now) {
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(then - now).count();

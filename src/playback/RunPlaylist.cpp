@@ -200,12 +200,11 @@ RunPlaylistResult RunPlaylist(std::vector<std::string> songs, bool queue,
     PlayerTransport& player = bridge.Transport();
     const bool commandLine = kind == kPlayerWinPlay3 || kind == kPlayerSonique ||
                              kind == kPlayerKJofol || mode == kLoadCommandLine || !player.Running();
-    if (commandLine) {
-        CommandLineRoad(songs, queue, settings, bridge, front, result);
-    } else if (player.HasMessageRoad()) {
+    // Without a track list, queueing is left to the player's own second start.
+    const bool messageRoad = !commandLine && player.HasMessageRoad();
+    if (messageRoad) {
         MessageRoad(songs, queue, mode, settings, bridge, front, result);
-    } else if (queue) {
-        // Without a track list, queueing is left to the player's own second start.
+    } else if (commandLine || queue) {
         CommandLineRoad(songs, queue, settings, bridge, front, result);
     } else {
         OpenUriRoad(songs, settings, bridge, front, result);

@@ -28,7 +28,7 @@ IoResult WriteTempList(const std::string& path, std::span<const std::string> son
     for (const std::string& song : songs) {
         block += TempListLine(song, kind);
         block += "\r\n";
-        if (block.size() >= 64 * 1024) {
+        if (block.size() >= std::size_t{64} * 1024) {
             writer.Write(block);
             block.clear();
         }

@@ -25,6 +25,19 @@ void PrintOut(std::string_view line) {
     std::fputc('\n', stdout);
 }
 
+std::string TabbedLine(std::initializer_list<std::string_view> cells) {
+    std::string line;
+    bool first = true;
+    for (const std::string_view cell : cells) {
+        if (!first) {
+            line.push_back('\t');
+        }
+        line.append(cell);
+        first = false;
+    }
+    return line;
+}
+
 int FinishOutput(int status) {
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
         PrintError("cannot write the output");

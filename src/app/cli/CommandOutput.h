@@ -3,6 +3,7 @@
 // What commands write: lines on standard output, list rows as text columns or JSON lines, and
 // errors as one line each on standard error.
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -12,6 +13,8 @@ namespace jk {
 
 // One line on standard output.
 void PrintOut(std::string_view line);
+// The cells joined by tabs, as one line of a command's tabular output.
+std::string TabbedLine(std::initializer_list<std::string_view> cells);
 // The exit status after the output is flushed: kExitFailed when standard output failed.
 int FinishOutput(int status);
 

@@ -67,8 +67,8 @@ int List(CliContext& context, Args args) {
                          .AddText("UUID", uuid)
                          .Text());
         } else {
-            PrintOut(volume.Name + "\t" + std::to_string(volume.Count()) + "\t" + summary.SizeText +
-                     "\t" + summary.TimeText + "\t" + present + "\t" + label + "\t" + uuid);
+            PrintOut(TabbedLine({volume.Name, std::to_string(volume.Count()), summary.SizeText,
+                                 summary.TimeText, present, label, uuid}));
         }
     }
     return FinishOutput(kExitOk);
@@ -340,10 +340,12 @@ int Where(CliContext& context, Args args) {
         }
         const MountedDisc* disc = FindVolumeDisc(volume, session.Virtual.Discs, discs);
         if (disc != nullptr) {
-            PrintOut(path + "\t" + volume + "\tpresent at " +
-                     ResolveSongPath(path, FindDiscRecord(session.Virtual.Discs, volume), *disc));
+            PrintOut(TabbedLine(
+                {path, volume,
+                 "present at " +
+                     ResolveSongPath(path, FindDiscRecord(session.Virtual.Discs, volume), *disc)}));
         } else {
-            PrintOut(path + "\t" + volume + "\tinsert disc " + volume);
+            PrintOut(TabbedLine({path, volume, "insert disc " + volume}));
         }
     }
     return FinishOutput(kExitOk);

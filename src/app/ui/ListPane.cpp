@@ -99,6 +99,7 @@ void ListPane::ApplyColumnLayout(const std::string& order, const ColumnWidths& w
 void ListPane::StoreColumnLayout(std::string& order, ColumnWidths& widths) const {
     const QHeaderView* header = horizontalHeader();
     std::vector<int> columns;
+    columns.reserve(kColumns);
     for (int visual = 0; visual < kColumns; ++visual) {
         columns.push_back(header->logicalIndex(visual));
     }
@@ -161,7 +162,7 @@ void ListPane::ShowHeaderMenu(const QPoint& pos) {
         });
     }
     menu.addSeparator();
-    menu.addAction(QStringLiteral("Show all columns"), this, [this, header] {
+    menu.addAction(QStringLiteral("Show all columns"), this, [header] {
         for (int column = 0; column < kColumns; ++column) {
             header->setSectionHidden(column, false);
         }

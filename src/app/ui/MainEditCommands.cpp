@@ -230,9 +230,8 @@ void Main::PasteFilesInto(const std::string& folder) {
         }
         m_clipboardViewer->Refresh();
     }
-    if (!done.empty() && folder + "/" == m_currentFolder) {
-        RelistCurrentFolder();
-    } else if (files.Cut && !done.empty()) {
+    // The pasted files show in the folder listed, and moved ones leave it.
+    if (!done.empty() && (files.Cut || folder + "/" == m_currentFolder)) {
         RelistCurrentFolder();
     }
     if (!failed.empty()) {
