@@ -13,8 +13,13 @@ namespace {
 // How far ahead of the walk's thread files are looked at, per worker that may run.
 constexpr std::size_t kLookAheadPerWorker = 32;
 constexpr std::size_t kSmallestLookAhead = 32;
-// The cache is asked about files ahead in batches, and the workers are woken once a batch.
+// The cache is asked about files ahead in batches.
 constexpr std::size_t kBatch = 16;
+// A worker runs for about this many files waiting to be read: from memory, one worker reads a
+// batch before the walk's thread has used it, and waking all of them for it would cost a switch
+// each and scatter the files of one folder over all of them; from the disk, files wait longer and
+// more workers wake.
+constexpr std::size_t kFilesPerWorker = 16;
 // Buffers kept for the next files are of the usual size (a head block, or a small tag and the
 // bytes behind it); one that grew past this is let go.
 constexpr std::size_t kKeptBufferBytes = std::size_t{32} * 1024;
@@ -99,13 +104,24 @@ void ReadAheadScanner::ReadAheadOf(Slot& slot, Reader& reader) {
     reader.files->ReadHeadAndTail(path, bytes);
 }
 
-void ReadAheadScanner::StartWorkersLocked() {
+void ReadAheadScanner::WakeWorkersLocked() {
+    const std::size_t claimFrom = std::max(m_nextClaim, m_front);
+    const std::size_t waiting = m_stamped > claimFrom ? m_stamped - claimFrom : 0;
+    const std::size_t wanted =
+        std::min(m_threads, (waiting + kFilesPerWorker - 1) / kFilesPerWorker);
+    const std::size_t asleep = m_idle - m_wakes;  // and not yet woken
+    std::size_t running = m_workers.size() - asleep;
+    for (; running < wanted && m_wakes < m_idle; ++running) {
+        ++m_wakes;
+        m_workCv.notify_one();
+    }
     // Workers start when there is work for them: a walk that reads nothing ahead has none.
-    while (m_workers.size() < m_threads) {
+    for (; running < wanted; ++running) {
         try {
             m_workers.emplace_back([this] { WorkerLoop(); });
         } catch (const std::system_error&) {
             m_threads = m_workers.size();  // the walk's thread reads what no worker takes
+            return;
         }
     }
 }
@@ -144,9 +160,8 @@ void ReadAheadScanner::StampAhead(bool needFront) {
         // unstamped would move the claim position beyond them for good, and the walk's thread
         // would read the whole batch itself.
         m_stamped = stampedEnd;
-        StartWorkersLocked();
+        WakeWorkersLocked();
     }
-    m_workCv.notify_all();
 }
 
 // The first Pending slot from the claim position on, now Claimed; null when there is none.
@@ -167,10 +182,19 @@ void ReadAheadScanner::WorkerLoop() {
     Reader reader = MakeReader();
     std::unique_lock lock(m_mutex);
     for (;;) {
-        Slot* slot = nullptr;
-        m_workCv.wait(lock, [&] { return m_stop || (slot = ClaimLocked()) != nullptr; });
+        if (m_stop) {
+            return;
+        }
+        Slot* slot = ClaimLocked();
         if (slot == nullptr) {
-            return;  // stopped
+            // Asleep until the walk's thread has work for one more worker.
+            ++m_idle;
+            m_workCv.wait(lock, [this] { return m_stop || m_wakes > 0; });
+            --m_idle;
+            if (m_wakes > 0) {
+                --m_wakes;
+            }
+            continue;
         }
         ++m_reading;
         lock.unlock();

@@ -82,7 +82,7 @@ private:
     void StampAhead(bool needFront);
     void ReadAheadOf(Slot& slot, Reader& reader);
     Slot* ClaimLocked();
-    void StartWorkersLocked();
+    void WakeWorkersLocked();
     void WorkerLoop();
     std::unique_ptr<PrefetchedBytes> SpareBytes();
     void KeepSpare(std::unique_ptr<PrefetchedBytes> bytes);
@@ -101,13 +101,15 @@ private:
 
     // Positions count the files announced since the start: m_slots.front() is m_front.
     mutable std::mutex m_mutex;
-    std::condition_variable m_workCv;   // workers wait here for files to read
+    std::condition_variable m_workCv;   // idle workers wait here to be woken
     std::condition_variable m_readyCv;  // the walk's thread waits here for its file
     std::deque<Slot> m_slots;           // announced and not yet scanned, in walk order
     std::size_t m_front = 0;
     std::size_t m_stamped = 0;    // slots before this position are stamped
     std::size_t m_nextClaim = 0;  // no slot before this position is Pending
     std::size_t m_reading = 0;    // slots that workers read now
+    std::size_t m_idle = 0;       // workers asleep for want of work
+    std::size_t m_wakes = 0;      // of those, the ones woken that have not yet got up
     bool m_walkWaiting = false;
     bool m_stop = false;
     std::vector<std::thread> m_workers;
