@@ -65,6 +65,7 @@ void ReadAheadScanner::Announce(std::string path) {
     if (m_window == 0) {
         slot.state = SlotState::Ready;  // nothing is read ahead
     }
+    m_announced.store(m_front + m_slots.size(), std::memory_order_release);
 }
 
 std::unique_ptr<PrefetchedBytes> ReadAheadScanner::SpareBytes() {
@@ -127,7 +128,16 @@ void ReadAheadScanner::WakeWorkersLocked() {
 }
 
 void ReadAheadScanner::StampAhead(bool needFront) {
-    // The cache is asked on the walk's thread; announcing may happen on another.
+    // The cache is asked on the walk's thread; announcing may happen on another. Only the walk's
+    // thread moves the front and the stamped end, so it looks at them without the lock to see
+    // whether a batch is due, as it does before every file.
+    if (!needFront) {
+        const std::size_t end =
+            std::min(m_announced.load(std::memory_order_acquire), m_front + m_window);
+        if (end <= m_stamped || end - m_stamped < kBatch) {
+            return;
+        }
+    }
     std::size_t stampedEnd = 0;
     {
         std::lock_guard lock(m_mutex);
@@ -215,6 +225,7 @@ void ReadAheadScanner::ScanNext() {
     Slot* front = nullptr;
     {
         std::unique_lock lock(m_mutex);
+        PopScannedLocked();
         if (m_slots.empty()) {
             return;
         }
@@ -239,11 +250,18 @@ void ReadAheadScanner::ScanNext() {
     // The front slot belongs to the walk's thread now, and stays in place while others are
     // announced behind it.
     m_consumer(front->path, front->bytes.get());
-    std::lock_guard lock(m_mutex);
     KeepSpare(std::move(front->bytes));
-    m_slots.pop_front();
-    ++m_front;
-    m_stamped = std::max(m_stamped, m_front);
+    // It leaves the queue when the lock is next taken, so a file costs the walk's thread one.
+    m_frontScanned = true;
+}
+
+void ReadAheadScanner::PopScannedLocked() {
+    if (m_frontScanned) {
+        m_frontScanned = false;
+        m_slots.pop_front();
+        ++m_front;
+        m_stamped = std::max(m_stamped, m_front);
+    }
 }
 
 void ReadAheadScanner::DropAnnounced() {
@@ -259,6 +277,7 @@ void ReadAheadScanner::DropAnnounced() {
     }
     m_front += m_slots.size();
     m_slots.clear();
+    m_frontScanned = false;
     m_walkReader = MakeReader();  // lets go of the folder it held
 }
 

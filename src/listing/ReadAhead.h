@@ -8,6 +8,7 @@
 // walk's thread alone touches the song cache: it asks the cache about the files ahead before
 // any worker takes them, so a file the cache will answer is never opened.
 
+#include <atomic>
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
@@ -83,6 +84,7 @@ private:
     void ReadAheadOf(Slot& slot, Reader& reader);
     Slot* ClaimLocked();
     void WakeWorkersLocked();
+    void PopScannedLocked();
     void WorkerLoop();
     std::unique_ptr<PrefetchedBytes> SpareBytes();
     void KeepSpare(std::unique_ptr<PrefetchedBytes> bytes);
@@ -98,6 +100,7 @@ private:
     Reader m_walkReader;
     std::vector<Slot*> m_toStamp;
     std::vector<std::unique_ptr<PrefetchedBytes>> m_spare;
+    bool m_frontScanned = false;  // the front slot was handed over and waits to be popped
 
     // Positions count the files announced since the start: m_slots.front() is m_front.
     mutable std::mutex m_mutex;
@@ -105,6 +108,7 @@ private:
     std::condition_variable m_readyCv;  // the walk's thread waits here for its file
     std::deque<Slot> m_slots;           // announced and not yet scanned, in walk order
     std::size_t m_front = 0;
+    std::atomic<std::size_t> m_announced = 0;  // m_front + m_slots.size(), kept by Announce
     std::size_t m_stamped = 0;    // slots before this position are stamped
     std::size_t m_nextClaim = 0;  // no slot before this position is Pending
     std::size_t m_reading = 0;    // slots that workers read now
