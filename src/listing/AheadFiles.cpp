@@ -44,6 +44,8 @@ public:
         return m_file.ReadAt(offset, out) == wanted;
     }
 
+    bool InMemory() const { return m_inMemory; }
+
 private:
     const ReadFile& m_file;
     std::int64_t m_tailOffset;
@@ -53,7 +55,7 @@ private:
 
 }  // namespace
 
-void ReadSongBlocks(const ReadFile& file, PrefetchedBytes& bytes) {
+bool ReadSongBlocks(const ReadFile& file, PrefetchedBytes& bytes) {
     const std::int64_t size = bytes.status.size;
     const std::int64_t firstBytes = std::min<std::int64_t>(size, kHeadBlockBytes);
     const std::int64_t tailGuess = std::min<std::int64_t>(size - firstBytes, kTailBlockBytes);
@@ -80,6 +82,7 @@ void ReadSongBlocks(const ReadFile& file, PrefetchedBytes& bytes) {
         bytes.tail.clear();
         bytes.tailOffset = size;
     }
+    return reading.InMemory();
 }
 
 const FolderHandle* DiskAheadFiles::Place(std::string_view path) {
@@ -102,21 +105,21 @@ FileStatus DiskAheadFiles::Stat(std::string_view path) {
     return folder != nullptr ? folder->StatAt(m_name) : StatPath(m_name);
 }
 
-void DiskAheadFiles::ReadHeadAndTail(std::string_view path, PrefetchedBytes& bytes) {
+bool DiskAheadFiles::ReadHeadAndTail(std::string_view path, PrefetchedBytes& bytes) {
     const FolderHandle* folder = Place(path);
     const ReadFile file = folder != nullptr ? ReadFile(*folder, m_name) : ReadFile(m_name);
     if (!file.IsOpen()) {
         // It may exist and refuse to be read.
         StatusOnly(folder != nullptr ? folder->StatAt(m_name) : StatPath(m_name), bytes);
-        return;
+        return true;
     }
     const FileStatus status = file.Status();
     if (!status.isRegular || status.size < kSmallestSongFile) {
         StatusOnly(status, bytes);  // the reader reads nothing of it
-        return;
+        return true;
     }
     bytes.status = status;
-    ReadSongBlocks(file, bytes);
+    return ReadSongBlocks(file, bytes);
 }
 
 }  // namespace jk

@@ -22,8 +22,8 @@ public:
     // Fills `bytes` with the file's status and, for a regular file of song size, the head and
     // tail blocks a song reader takes first (HeadBytesWanted and kTailBlockBytes). A file that
     // can't be opened leaves the blocks empty and its status as Stat gives it; a block that
-    // can't be read whole is left empty.
-    virtual void ReadHeadAndTail(std::string_view path, PrefetchedBytes& bytes) = 0;
+    // can't be read whole is left empty. False when a block had to come from the disk.
+    virtual bool ReadHeadAndTail(std::string_view path, PrefetchedBytes& bytes) = 0;
 };
 
 // Makes a source for one thread.
@@ -38,7 +38,7 @@ using AheadFilesMaker = std::function<std::unique_ptr<AheadFiles>()>;
 class DiskAheadFiles final : public AheadFiles {
 public:
     FileStatus Stat(std::string_view path) override;
-    void ReadHeadAndTail(std::string_view path, PrefetchedBytes& bytes) override;
+    bool ReadHeadAndTail(std::string_view path, PrefetchedBytes& bytes) override;
 
 private:
     // Points m_name at `path` as the held folder knows it; the folder, or null when `path` is
@@ -51,7 +51,7 @@ private:
 };
 
 // The head and tail of an open file into `bytes`, as ReadHeadAndTail gives them; its status is
-// in bytes.status already.
-void ReadSongBlocks(const ReadFile& file, PrefetchedBytes& bytes);
+// in bytes.status already. False when a block had to come from the disk.
+bool ReadSongBlocks(const ReadFile& file, PrefetchedBytes& bytes);
 
 }  // namespace jk

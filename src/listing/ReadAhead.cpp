@@ -15,11 +15,13 @@ constexpr std::size_t kLookAheadPerWorker = 32;
 constexpr std::size_t kSmallestLookAhead = 32;
 // The cache is asked about files ahead in batches.
 constexpr std::size_t kBatch = 16;
-// A worker runs for about this many files waiting to be read: from memory, one worker reads a
-// batch before the walk's thread has used it, and waking all of them for it would cost a switch
-// each and scatter the files of one folder over all of them; from the disk, files wait longer and
-// more workers wake.
-constexpr std::size_t kFilesPerWorker = 16;
+// A worker is woken for every so many files waiting to be read. Files that come from the disk
+// keep a worker waiting for each: many run, so that the disk has many reads to order. Files in
+// memory are read in microseconds: one worker reads dozens while the walk's thread uses a few,
+// and waking more (or waking one more often) would cost a switch each and scatter the files of a
+// folder over all of them.
+constexpr std::size_t kFilesPerWorkerFromDisk = 16;
+constexpr std::size_t kFilesPerWorkerFromMemory = 64;
 // Buffers kept for the next files are of the usual size (a head block, or a small tag and the
 // bytes behind it); one that grew past this is let go.
 constexpr std::size_t kKeptBufferBytes = std::size_t{32} * 1024;
@@ -86,7 +88,7 @@ void ReadAheadScanner::KeepSpare(std::unique_ptr<PrefetchedBytes> bytes) {
 
 // Reads ahead what the song reader will want of a file: its status, and unless the cache will
 // answer, its head and tail.
-void ReadAheadScanner::ReadAheadOf(Slot& slot, Reader& reader) {
+bool ReadAheadScanner::ReadAheadOf(Slot& slot, Reader& reader) {
     PrefetchedBytes& bytes = *slot.bytes;
     // The song reader trims the path it is given; look at the file it will look at.
     const std::string_view path = Trim(slot.path);
@@ -99,17 +101,19 @@ void ReadAheadScanner::ReadAheadOf(Slot& slot, Reader& reader) {
             bytes.head.clear();
             bytes.tail.clear();
             bytes.tailOffset = 0;
-            return;
+            return true;
         }
     }
-    reader.files->ReadHeadAndTail(path, bytes);
+    return reader.files->ReadHeadAndTail(path, bytes);
 }
 
 void ReadAheadScanner::WakeWorkersLocked() {
     const std::size_t claimFrom = std::max(m_nextClaim, m_front);
     const std::size_t waiting = m_stamped > claimFrom ? m_stamped - claimFrom : 0;
-    const std::size_t wanted =
-        std::min(m_threads, (waiting + kFilesPerWorker - 1) / kFilesPerWorker);
+    const std::size_t perWorker =
+        m_fromDisk ? kFilesPerWorkerFromDisk
+                   : std::min(kFilesPerWorkerFromMemory, std::max(m_window / 2, kBatch));
+    const std::size_t wanted = waiting < perWorker ? 0 : std::min(m_threads, waiting / perWorker);
     const std::size_t asleep = m_idle - m_wakes;  // and not yet woken
     std::size_t running = m_workers.size() - asleep;
     for (; running < wanted && m_wakes < m_idle; ++running) {
@@ -208,8 +212,9 @@ void ReadAheadScanner::WorkerLoop() {
         }
         ++m_reading;
         lock.unlock();
-        ReadAheadOf(*slot, reader);
+        const bool inMemory = ReadAheadOf(*slot, reader);
         lock.lock();
+        m_fromDisk = !inMemory;
         slot->state = SlotState::Ready;
         --m_reading;
         if (m_walkWaiting) {
@@ -239,8 +244,9 @@ void ReadAheadScanner::ScanNext() {
             // No worker has taken it: the walk's thread reads it rather than wait.
             front->state = SlotState::Claimed;
             lock.unlock();
-            ReadAheadOf(*front, m_walkReader);
+            const bool inMemory = ReadAheadOf(*front, m_walkReader);
             lock.lock();
+            m_fromDisk = !inMemory;
             front->state = SlotState::Ready;
         }
         m_walkWaiting = true;

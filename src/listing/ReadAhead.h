@@ -81,7 +81,8 @@ private:
 
     Reader MakeReader() const;
     void StampAhead(bool needFront);
-    void ReadAheadOf(Slot& slot, Reader& reader);
+    // True when nothing had to come from the disk.
+    bool ReadAheadOf(Slot& slot, Reader& reader);
     Slot* ClaimLocked();
     void WakeWorkersLocked();
     void PopScannedLocked();
@@ -109,12 +110,13 @@ private:
     std::deque<Slot> m_slots;           // announced and not yet scanned, in walk order
     std::size_t m_front = 0;
     std::atomic<std::size_t> m_announced = 0;  // m_front + m_slots.size(), kept by Announce
-    std::size_t m_stamped = 0;    // slots before this position are stamped
-    std::size_t m_nextClaim = 0;  // no slot before this position is Pending
-    std::size_t m_reading = 0;    // slots that workers read now
-    std::size_t m_idle = 0;       // workers asleep for want of work
-    std::size_t m_wakes = 0;      // of those, the ones woken that have not yet got up
+    std::size_t m_stamped = 0;                 // slots before this position are stamped
+    std::size_t m_nextClaim = 0;               // no slot before this position is Pending
+    std::size_t m_reading = 0;                 // slots that workers read now
+    std::size_t m_idle = 0;                    // workers asleep for want of work
+    std::size_t m_wakes = 0;                   // of those, the ones woken that have not yet got up
     bool m_walkWaiting = false;
+    bool m_fromDisk = true;  // the file read last had to come from the disk (or none was read)
     bool m_stop = false;
     std::vector<std::thread> m_workers;
 };

@@ -11,6 +11,7 @@
 #include <condition_variable>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <map>
 #include <mutex>
 #include <string>
@@ -105,9 +106,9 @@ public:
     using Hook = std::function<void(std::string_view path)>;
     explicit HookedFiles(Hook hook) : m_hook(std::move(hook)) {}
     FileStatus Stat(std::string_view path) override { return m_disk.Stat(path); }
-    void ReadHeadAndTail(std::string_view path, PrefetchedBytes& bytes) override {
+    bool ReadHeadAndTail(std::string_view path, PrefetchedBytes& bytes) override {
         m_hook(path);
-        m_disk.ReadHeadAndTail(path, bytes);
+        return m_disk.ReadHeadAndTail(path, bytes);
     }
 
 private:
@@ -372,6 +373,60 @@ TEST(ReadAheadScanner, HandsOverWholeBytesOfFilesThatHadToComeFromTheDisk) {
         EXPECT_EQ(s.head, kHeadBlockBytes);
         EXPECT_EQ(s.tail, kTailBlockBytes);
         EXPECT_EQ(s.tailEnd, 40000);
+    }
+}
+
+// Files of which memory holds only a part: the head, the tail, a page in the middle, or
+// nothing. Whatever memory lacks comes from the disk, and the bytes handed over are the file's.
+TEST(ReadAheadScanner, HandsOverTheFilesOwnBytesWhenMemoryHoldsOnlyPartOfThem) {
+    TempFolder dir;
+    constexpr std::size_t kSize = 64 * 1024;
+    const std::vector<std::string> names = Names(40);
+    std::vector<std::string> contents;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        // A tag of a few pages at the head of every other file: a head read in two parts.
+        const std::string path = i % 2 == 0 ? WriteTagged(dir, names[i], kSize, 9000)
+                                            : WritePattern(dir, names[i], kSize);
+        std::ifstream in(path, std::ios::binary);
+        contents.emplace_back(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+        const int fd = ::open(path.c_str(), O_RDONLY);
+        ::fdatasync(fd);
+        ::posix_fadvise(fd, 0, 0, POSIX_FADV_DONTNEED);
+        char page[4096];
+        switch (i % 4) {
+            case 0:
+                ::pread(fd, page, sizeof page, 0);
+                break;
+            case 1:
+                ::pread(fd, page, sizeof page, kSize - sizeof page);
+                break;
+            case 2:
+                ::pread(fd, page, sizeof page, 4096);
+                break;
+            default:
+                break;
+        }
+        ::close(fd);
+    }
+    std::vector<std::string> heads;
+    std::vector<std::string> tails;
+    const SongConsumer keep = [&](std::string&, const PrefetchedBytes* p) {
+        ASSERT_NE(p, nullptr);
+        heads.emplace_back(p->head.begin(), p->head.end());
+        tails.emplace_back(p->tail.begin(), p->tail.end());
+        EXPECT_EQ(p->tailOffset + static_cast<std::int64_t>(p->tail.size()),
+                  static_cast<std::int64_t>(kSize));
+    };
+    {
+        ReadAheadScanner scanner(0, keep, {}, 2);
+        ScanAll(scanner, dir.Folder(), names);
+    }
+    ASSERT_EQ(heads.size(), names.size());
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        EXPECT_EQ(heads[i].size(), i % 2 == 0 ? 9000u + 2048u : kHeadBlockBytes) << names[i];
+        EXPECT_TRUE(heads[i] == contents[i].substr(0, heads[i].size())) << names[i];
+        EXPECT_EQ(tails[i].size(), kTailBlockBytes) << names[i];
+        EXPECT_TRUE(tails[i] == contents[i].substr(kSize - tails[i].size())) << names[i];
     }
 }
 
