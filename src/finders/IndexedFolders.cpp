@@ -1,5 +1,6 @@
 #include "finders/IndexedFolders.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 
@@ -191,8 +192,21 @@ std::uint32_t IndexedFoldersBuilder::Id(std::string_view folder) {
     if (m_haveLast && folder == m_last) {
         return m_lastId;
     }
+    // The folders above this one that the last one had too are known: the walk starts below
+    // the deepest of them.
+    const std::size_t shared = static_cast<std::size_t>(
+        std::mismatch(folder.begin(), folder.begin() + std::min(folder.size(), m_last.size()),
+                      m_last.begin())
+            .first -
+        folder.begin());
     std::uint32_t id = 0;
     std::size_t pos = 0;
+    std::size_t kept = 0;
+    for (; kept < m_chain.size() && m_chain[kept].End <= shared; ++kept) {
+        id = m_chain[kept].Folder;
+        pos = m_chain[kept].End;
+    }
+    m_chain.resize(kept);
     while (pos < folder.size()) {
         const std::size_t sep = folder.find_first_of("/\\", pos);
         const std::size_t end = sep == std::string_view::npos ? folder.size() : sep + 1;
@@ -206,6 +220,7 @@ std::uint32_t IndexedFoldersBuilder::Id(std::string_view folder) {
         }
         id = child;
         pos = end;
+        m_chain.push_back(Step{pos, id});
     }
     m_last = folder;
     m_lastId = id;

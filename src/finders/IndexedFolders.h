@@ -53,7 +53,7 @@ private:
 
 class IndexedFoldersBuilder {
 public:
-    // `out` must be empty; the texts given to Id must hold until Finish.
+    // `out` must be empty; the text given to Id must hold until the next call.
     explicit IndexedFoldersBuilder(IndexedFolders& out);
     // The number of a folder: the text of a path before its file name, empty or ending with a
     // separator ("/" or "\").
@@ -66,7 +66,13 @@ private:
     NumberTable m_children;  // (parent, part) -> folder - 1
     std::vector<std::uint32_t> m_parent;
     std::vector<std::uint32_t> m_part;
+    // The last folder, and the folders along its path: where each ends in its text.
+    struct Step {
+        std::size_t End = 0;
+        std::uint32_t Folder = 0;
+    };
     std::string_view m_last;
+    std::vector<Step> m_chain;
     std::uint32_t m_lastId = 0;
     bool m_haveLast = false;
 };

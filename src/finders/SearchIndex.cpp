@@ -1,23 +1,17 @@
 #include "finders/SearchIndex.h"
 
 #include <algorithm>
+#include <thread>
 
 #include "catalogue/SongFields.h"
 #include "finders/TextTest.h"
 
 namespace jk {
 
-std::string_view SearchIndex::OwnTexts::SegmentOf(std::size_t song) const {
-    constexpr char kEnd = static_cast<char>(kSegmentEnd);
-    std::size_t start = Every64[song / 64];
-    for (std::size_t skip = song % 64; skip > 0; --skip) {
-        start = Buffer.find(kEnd, start) + 1;
-    }
-    const std::size_t stop = Buffer.find(kEnd, start);
-    return std::string_view(Buffer).substr(start, stop - start);
-}
-
 namespace {
+
+// The folded ending that nearly every file name shares, held once rather than once a song.
+constexpr std::string_view kSharedEnding = ".mp3";
 
 std::string_view Key(const SongFieldViews& fields, int key) {
     return fields[static_cast<std::size_t>(key - 1)];
@@ -71,62 +65,111 @@ bool Checked(const SearchFieldSet& fields, SearchField field) {
     return fields.test(static_cast<std::size_t>(field));
 }
 
+// into |= (from & mask), a word at a time.
+void AddMasked(SegmentBits& into, const SegmentBits& from, const SegmentBits& mask) {
+    std::uint64_t* words = into.Words();
+    const std::vector<std::uint64_t>& a = from.WordList();
+    const std::vector<std::uint64_t>& b = mask.WordList();
+    for (std::size_t w = 0; w < a.size(); ++w) {
+        words[w] |= a[w] & b[w];
+    }
+}
+
+}  // namespace
+
+namespace {
+
+bool Stopped(std::size_t song, const std::atomic<bool>* stop) {
+    return (song & 4095) == 0 && stop != nullptr && stop->load(std::memory_order_relaxed);
+}
+
 }  // namespace
 
 std::unique_ptr<SearchIndex> SearchIndex::Build(const CatalogueView& catalogue,
                                                 const std::atomic<bool>* stop) {
     std::unique_ptr<SearchIndex> index(new SearchIndex());
     index->m_generation = catalogue.Generation();
-    const std::size_t total = catalogue.TotalSongs();
-    index->m_songs = total;
+    index->m_songs = catalogue.TotalSongs();
+    // The halves touch no member in common; the catalogue is only read.
+    bool otherDone = false;
+    std::thread other([&] { otherDone = index->BuildFolders(catalogue, stop); });
+    const bool done = index->BuildOwnTexts(catalogue, stop);
+    other.join();
+    if (!done || !otherDone) {
+        return nullptr;
+    }
+    for (const OwnTexts& own : index->m_own) {
+        // Offsets are 32-bit: a catalogue whose texts outgrow them is searched without the index.
+        if (own.Buffer.size() > UINT32_MAX) {
+            return nullptr;
+        }
+    }
+    // A combination keeps 21 bits for each of its three numbers.
+    constexpr std::size_t kMostPerPart = 0x1FFFFF;
+    if (index->m_genres.Count() > kMostPerPart || index->m_years.Count() > kMostPerPart ||
+        index->m_bitrates.Count() > kMostPerPart) {
+        return nullptr;
+    }
+    return index;
+}
 
-    DictionaryBuilder artists(index->m_artists);
-    DictionaryBuilder albums(index->m_albums);
-    IndexedFoldersBuilder folders(index->m_folders);
-    DictionaryBuilder genres(index->m_genres);
-    DictionaryBuilder years(index->m_years);
-    DictionaryBuilder bitrates(index->m_bitrates);
+bool SearchIndex::BuildOwnTexts(const CatalogueView& catalogue, const std::atomic<bool>* stop) {
+    DictionaryBuilder artists(m_artists);
+    DictionaryBuilder albums(m_albums);
+    DictionaryBuilder genres(m_genres);
+    DictionaryBuilder years(m_years);
+    DictionaryBuilder bitrates(m_bitrates);
     NumberTable triples;
     std::vector<std::uint32_t> artistOf;
     std::vector<std::uint32_t> albumOf;
-    std::vector<std::uint32_t> folderOf;
     std::vector<std::uint32_t> tripleOf;
-    artistOf.reserve(total);
-    albumOf.reserve(total);
-    folderOf.reserve(total);
-    tripleOf.reserve(total);
-    for (OwnTexts& own : index->m_own) {
-        own.Every64.reserve(total / 64 + 1);
-    }
+    artistOf.reserve(m_songs);
+    albumOf.reserve(m_songs);
+    tripleOf.reserve(m_songs);
+    m_own[kFileNames].Every64.reserve(m_songs / 64 + 1);
+    m_sharedEnding = SegmentBits(m_songs);
+    m_commented = SegmentBits(m_songs);
 
     std::size_t song = 0;
     for (std::size_t v = 0; v < catalogue.VolumeCount(); ++v) {
         // Each volume its own entry, even when two share a name, so entry v is volume v.
-        TextDictionary& names = index->m_volumeNames;
-        names.Starts.push_back(static_cast<std::uint32_t>(names.Buffer.size()));
-        AppendFolded(names.Buffer, catalogue.VolumeName(v));
-        names.Buffer.push_back(static_cast<char>(kSegmentEnd));
+        m_volumeNames.Starts.push_back(static_cast<std::uint32_t>(m_volumeNames.Buffer.size()));
+        AppendFolded(m_volumeNames.Buffer, catalogue.VolumeName(v));
+        m_volumeNames.Buffer.push_back(static_cast<char>(kSegmentEnd));
         const std::size_t count = catalogue.SongCount(v);
         for (std::size_t i = 0; i < count; ++i, ++song) {
-            if ((song & 4095) == 0 && stop != nullptr && stop->load(std::memory_order_relaxed)) {
-                return nullptr;
+            if (Stopped(song, stop)) {
+                return false;
             }
             const SongFieldViews fields = catalogue.Fields(v, i);
             const std::string_view path = Key(fields, kKeyPath);
-            const std::size_t nameAt = NameStart(path);
-            const std::string_view own[kOwnCount] = {path.substr(nameAt), Key(fields, kKeyTitle),
-                                                     Key(fields, kKeyComment)};
+            const std::string_view own[kOwnCount] = {
+                path.substr(NameStart(path)), Key(fields, kKeyTitle), Key(fields, kKeyComment)};
+            if (song % 64 == 0) {
+                // Only the names are read song by song (a search over a folder's joint).
+                m_own[kFileNames].Every64.push_back(
+                    static_cast<std::uint32_t>(m_own[kFileNames].Buffer.size()));
+            }
             for (std::size_t f = 0; f < kOwnCount; ++f) {
-                OwnTexts& texts = index->m_own[f];
-                if (song % 64 == 0) {
-                    texts.Every64.push_back(static_cast<std::uint32_t>(texts.Buffer.size()));
+                if (f == kComments) {
+                    if (own[f].empty()) {
+                        continue;
+                    }
+                    m_commented.Set(song);
+                    ++m_commentCount;
                 }
-                AppendFolded(texts.Buffer, own[f]);
-                texts.Buffer.push_back(static_cast<char>(kSegmentEnd));
+                std::string& buffer = m_own[f].Buffer;
+                const std::size_t segmentStart = buffer.size();
+                AppendFolded(buffer, own[f]);
+                if (f == kFileNames && buffer.size() - segmentStart >= kSharedEnding.size() &&
+                    std::string_view(buffer).ends_with(kSharedEnding)) {
+                    buffer.resize(buffer.size() - kSharedEnding.size());
+                    m_sharedEnding.Set(song);
+                }
+                buffer.push_back(static_cast<char>(kSegmentEnd));
             }
             artistOf.push_back(artists.Id(Key(fields, kKeyArtist)));
             albumOf.push_back(albums.Id(Key(fields, kKeyAlbum)));
-            folderOf.push_back(folders.Id(path.substr(0, nameAt)));
             const std::uint64_t triple =
                 (static_cast<std::uint64_t>(genres.Id(Key(fields, kKeyGenre))) << 42) |
                 (static_cast<std::uint64_t>(years.Id(Key(fields, kKeyYear))) << 21) |
@@ -134,40 +177,51 @@ std::unique_ptr<SearchIndex> SearchIndex::Build(const CatalogueView& catalogue,
             bool added = false;
             const std::uint32_t combination = triples.Id(triple, added);
             if (added) {
-                index->m_triples.push_back(static_cast<std::uint32_t>(triple >> 42));
-                index->m_triples.push_back(static_cast<std::uint32_t>((triple >> 21) & 0x1FFFFF));
-                index->m_triples.push_back(static_cast<std::uint32_t>(triple & 0x1FFFFF));
+                m_triples.push_back(static_cast<std::uint32_t>(triple >> 42));
+                m_triples.push_back(static_cast<std::uint32_t>((triple >> 21) & 0x1FFFFF));
+                m_triples.push_back(static_cast<std::uint32_t>(triple & 0x1FFFFF));
             }
             tripleOf.push_back(combination);
         }
-        index->m_volumeStarts.push_back(song);
+        m_volumeStarts.push_back(song);
     }
-    for (OwnTexts& own : index->m_own) {
+    for (OwnTexts& own : m_own) {
         own.Buffer.shrink_to_fit();
         own.Every64.shrink_to_fit();
-        // Offsets are 32-bit: a catalogue whose texts outgrow them is searched without the index.
-        if (own.Buffer.size() > UINT32_MAX) {
-            return nullptr;
-        }
     }
+    m_volumeNames.Buffer.shrink_to_fit();
+    m_volumeNames.Starts.shrink_to_fit();
     artists.Finish();
     albums.Finish();
-    folders.Finish();
     genres.Finish();
     years.Finish();
     bitrates.Finish();
-    // A combination keeps 21 bits for each of its three numbers.
-    constexpr std::size_t kMostPerPart = 0x1FFFFF;
-    if (index->m_genres.Count() > kMostPerPart || index->m_years.Count() > kMostPerPart ||
-        index->m_bitrates.Count() > kMostPerPart) {
-        return nullptr;
+    m_triples.shrink_to_fit();
+    m_artistOf.Pack(artistOf);
+    m_albumOf.Pack(albumOf);
+    m_tripleOf.Pack(tripleOf);
+    return true;
+}
+
+bool SearchIndex::BuildFolders(const CatalogueView& catalogue, const std::atomic<bool>* stop) {
+    IndexedFoldersBuilder folders(m_folders);
+    std::vector<std::uint32_t> folderOf;
+    folderOf.reserve(m_songs);
+    std::size_t song = 0;
+    for (std::size_t v = 0; v < catalogue.VolumeCount(); ++v) {
+        const std::size_t count = catalogue.SongCount(v);
+        for (std::size_t i = 0; i < count; ++i, ++song) {
+            if (Stopped(song, stop)) {
+                return false;
+            }
+            const SongFieldViews fields = catalogue.Fields(v, i);
+            const std::string_view path = Key(fields, kKeyPath);
+            folderOf.push_back(folders.Id(path.substr(0, NameStart(path))));
+        }
     }
-    index->m_triples.shrink_to_fit();
-    index->m_artistOf.Pack(artistOf);
-    index->m_albumOf.Pack(albumOf);
-    index->m_folderOf.Pack(folderOf);
-    index->m_tripleOf.Pack(tripleOf);
-    return index;
+    folders.Finish();
+    m_folderOf.Pack(folderOf);
+    return true;
 }
 
 std::size_t SearchIndex::VolumeOf(std::size_t song) const {
@@ -178,19 +232,73 @@ std::size_t SearchIndex::VolumeOf(std::size_t song) const {
 SegmentBits SearchIndex::Find(std::string_view folded, const SearchFieldSet& fields) const {
     SegmentBits hits(m_songs);
     if (Checked(fields, SearchField::Filename)) {
-        ScanSegments(m_own[kFileNames].Buffer, folded, hits);
+        FindInNames(folded, hits);
     }
     if (Checked(fields, SearchField::Title)) {
         ScanSegments(m_own[kTitles].Buffer, folded, hits);
     }
     if (Checked(fields, SearchField::Comment)) {
-        ScanSegments(m_own[kComments].Buffer, folded, hits);
+        FindInComments(folded, hits);
     }
     FindShared(folded, fields, hits);
     if (Checked(fields, SearchField::Filename) && !folded.empty()) {
         FindAcrossFolder(folded, hits);
     }
     return hits;
+}
+
+// A name is its segment followed, when its bit says so, by the shared ending.
+void SearchIndex::FindInNames(std::string_view folded, SegmentBits& hits) const {
+    const std::string& names = m_own[kFileNames].Buffer;
+    ScanSegments(names, folded, hits);
+    if (folded.empty() || kSharedEnding.find(folded) != std::string_view::npos) {
+        AddMasked(hits, m_sharedEnding, m_sharedEnding);  // the ending holds it (and is text)
+        return;
+    }
+    // A match that runs from the segment into the ending: the segment ends with the query's
+    // head, and the ending begins with the rest.
+    for (std::size_t tail = 1; tail <= kSharedEnding.size() && tail < folded.size(); ++tail) {
+        if (folded.substr(folded.size() - tail) != kSharedEnding.substr(0, tail)) {
+            continue;
+        }
+        std::string head(folded.substr(0, folded.size() - tail));
+        head.push_back(static_cast<char>(kSegmentEnd));
+        SegmentBits endings(m_songs);
+        ScanSegments(names, head, endings);
+        AddMasked(hits, endings, m_sharedEnding);
+    }
+}
+
+// Comment k is that of the k-th song with one.
+void SearchIndex::FindInComments(std::string_view folded, SegmentBits& hits) const {
+    if (folded.empty()) {
+        AddMasked(hits, m_commented, m_commented);
+        return;
+    }
+    SegmentBits found(m_commentCount);
+    ScanSegments(m_own[kComments].Buffer, folded, found);
+    if (!found.Any()) {
+        return;
+    }
+    std::size_t k = 0;
+    for (std::size_t song = m_commented.Next(0); song < m_songs;
+         song = m_commented.Next(song + 1), ++k) {
+        if (found.Test(k)) {
+            hits.Set(song);
+        }
+    }
+}
+
+// Whether the file name of `song`, whose segment is `rest`, begins with `head`.
+bool SearchIndex::NameStartsWith(std::size_t song, std::string_view rest,
+                                 std::string_view head) const {
+    if (head.size() <= rest.size()) {
+        return rest.substr(0, head.size()) == head;
+    }
+    const std::size_t over = head.size() - rest.size();
+    return m_sharedEnding.Test(song) && over <= kSharedEnding.size() &&
+           head.substr(0, rest.size()) == rest &&
+           head.substr(rest.size()) == kSharedEnding.substr(0, over);
 }
 
 void SearchIndex::FindShared(std::string_view folded, const SearchFieldSet& fields,
@@ -267,9 +375,9 @@ void SearchIndex::FindAcrossFolder(std::string_view folded, SegmentBits& hits) c
         for (; song < next; ++song) {
             start = names.Buffer.find(kEnd, start) + 1;
         }
-        const std::string_view name =
-            std::string_view(names.Buffer).substr(start, nameStart.size());
-        if (name == nameStart && name.find(kEnd) == std::string_view::npos) {
+        const std::size_t stop = names.Buffer.find(kEnd, start);
+        if (NameStartsWith(next, std::string_view(names.Buffer).substr(start, stop - start),
+                           nameStart)) {
             hits.Set(next);
         }
     }
@@ -280,6 +388,7 @@ std::size_t SearchIndex::MemoryBytes() const {
     for (const OwnTexts& own : m_own) {
         bytes += own.Buffer.capacity() + own.Every64.capacity() * 4;
     }
+    bytes += (m_sharedEnding.WordList().capacity() + m_commented.WordList().capacity()) * 8;
     for (const TextDictionary* d :
          {&m_volumeNames, &m_artists, &m_albums, &m_genres, &m_years, &m_bitrates}) {
         bytes += d->MemoryBytes();

@@ -4,8 +4,11 @@
 // nine fields of every song, packed so that one pass at memory speed answers a query. Texts
 // that songs share (artists, albums, the parts of folders, and the genre, year and bitrate
 // together) are held once in dictionaries and each song keeps a small number for each; the texts of
-// its own (file name, title, comment) are held in three buffers, song after song. It answers the
-// textual (case-folded) test exactly as the plain test does; the searches check the rest.
+// its own (file name, title, comment) are held in three buffers, song after song (the comments
+// of those that have one); the ".mp3" that
+// ends nearly every file name is held once, with a bit for each song whose name ends so. It
+// answers the textual (case-folded) test exactly as the plain test does; the searches check the
+// rest.
 
 #include <atomic>
 #include <cstddef>
@@ -26,8 +29,9 @@ namespace jk {
 
 class SearchIndex {
 public:
-    // Builds the index of the catalogue as it stands. Polls `stop` and gives null when it is
-    // set; the catalogue must not change while this runs.
+    // Builds the index of the catalogue as it stands, in two halves on two threads (this one
+    // and one of its own). Polls `stop` and gives null when it is set; the catalogue must not
+    // change while this runs.
     static std::unique_ptr<SearchIndex> Build(const CatalogueView& catalogue,
                                               const std::atomic<bool>* stop = nullptr);
 
@@ -48,14 +52,20 @@ public:
 
 private:
     SearchIndex() = default;
+    // The halves of a build, which fill members of their own: the songs' texts but their
+    // folders; and their folders. False when stopped.
+    bool BuildOwnTexts(const CatalogueView& catalogue, const std::atomic<bool>* stop);
+    bool BuildFolders(const CatalogueView& catalogue, const std::atomic<bool>* stop);
 
     enum Own : std::size_t { kFileNames = 0, kTitles, kComments, kOwnCount };
     struct OwnTexts {
         std::string Buffer;                  // one segment per song
         std::vector<std::uint32_t> Every64;  // where song 64k begins
-        std::string_view SegmentOf(std::size_t song) const;
     };
 
+    void FindInNames(std::string_view folded, SegmentBits& hits) const;
+    void FindInComments(std::string_view folded, SegmentBits& hits) const;
+    bool NameStartsWith(std::size_t song, std::string_view rest, std::string_view head) const;
     void FindShared(std::string_view folded, const SearchFieldSet& fields, SegmentBits& hits) const;
     void FindAcrossFolder(std::string_view folded, SegmentBits& hits) const;
 
@@ -64,6 +74,11 @@ private:
     std::vector<std::size_t> m_volumeStarts{0};
     TextDictionary m_volumeNames;  // one entry per volume, in order
     OwnTexts m_own[kOwnCount];
+    // The songs whose folded file name ends with ".mp3", which their segment leaves out.
+    SegmentBits m_sharedEnding;
+    // The songs with a comment: most have none, so only those that have one get a segment.
+    SegmentBits m_commented;
+    std::size_t m_commentCount = 0;
     TextDictionary m_artists;
     TextDictionary m_albums;
     IndexedFolders m_folders;  // the folder part of the paths, with its final separator

@@ -1,5 +1,6 @@
 #include "finders/TextDictionary.h"
 
+#include <cstring>
 #include <functional>
 
 #include "finders/TextTest.h"
@@ -34,69 +35,79 @@ SegmentBits EntriesHolding(const TextDictionary& dictionary, std::string_view fo
 }
 
 std::uint32_t NumberTable::Id(std::uint64_t key, bool& added) {
-    const std::size_t mask = m_slots.size() - 1;
+    const std::size_t mask = m_keys.size() - 1;
     for (std::size_t at = Spread(key) & mask;; at = (at + 1) & mask) {
-        const std::uint32_t slot = m_slots[at];
-        if (slot == 0) {
-            const auto id = static_cast<std::uint32_t>(m_keys.size());
-            m_keys.push_back(key);
-            m_slots[at] = id + 1;
-            if (2 * m_keys.size() > m_slots.size()) {
+        const std::uint32_t number = m_numbers[at];
+        if (number == 0) {
+            const auto id = static_cast<std::uint32_t>(m_count++);
+            m_keys[at] = key;
+            m_numbers[at] = id + 1;
+            if (2 * m_count > m_keys.size()) {
                 Grow();
             }
             added = true;
             return id;
         }
-        if (m_keys[slot - 1] == key) {
+        if (m_keys[at] == key) {
             added = false;
-            return slot - 1;
+            return number - 1;
         }
     }
 }
 
 void NumberTable::Grow() {
-    std::vector<std::uint32_t> slots(m_slots.size() * 2, 0);
-    const std::size_t mask = slots.size() - 1;
-    for (std::size_t id = 0; id < m_keys.size(); ++id) {
-        std::size_t at = Spread(m_keys[id]) & mask;
-        while (slots[at] != 0) {
+    std::vector<std::uint64_t> keys(m_keys.size() * 2, 0);
+    std::vector<std::uint32_t> numbers(m_numbers.size() * 2, 0);
+    const std::size_t mask = keys.size() - 1;
+    for (std::size_t old = 0; old < m_keys.size(); ++old) {
+        if (m_numbers[old] == 0) {
+            continue;
+        }
+        std::size_t at = Spread(m_keys[old]) & mask;
+        while (numbers[at] != 0) {
             at = (at + 1) & mask;
         }
-        slots[at] = static_cast<std::uint32_t>(id + 1);
+        keys[at] = m_keys[old];
+        numbers[at] = m_numbers[old];
     }
-    m_slots = std::move(slots);
+    m_keys = std::move(keys);
+    m_numbers = std::move(numbers);
 }
 
 void NumberTable::Clear() {
-    m_keys = {};
-    m_slots = std::vector<std::uint32_t>(1024, 0);
+    m_keys = std::vector<std::uint64_t>(1024, 0);
+    m_numbers = std::vector<std::uint32_t>(1024, 0);
+    m_count = 0;
 }
 
 std::uint32_t DictionaryBuilder::Id(std::string_view text) {
     if (m_haveLast && text == m_last) {
         return m_lastId;
     }
-    const std::uint64_t hash = HashOf(text);
-    const std::uint64_t tag = hash >> 32;
+    m_folded.clear();
+    AppendFolded(m_folded, text);
+    const std::uint64_t hash = HashOf(m_folded);
+    const auto tag = static_cast<std::uint32_t>(hash >> 32);
+    const auto length = static_cast<std::uint32_t>(m_folded.size());
     const std::size_t mask = m_slots.size() - 1;
     std::uint32_t id = 0;
     for (std::size_t at = hash & mask;; at = (at + 1) & mask) {
-        const std::uint64_t slot = m_slots[at];
-        if (slot == 0) {
+        Slot& slot = m_slots[at];
+        if (slot.Number == 0) {
             id = static_cast<std::uint32_t>(m_out.Starts.size());
-            m_out.Starts.push_back(static_cast<std::uint32_t>(m_out.Buffer.size()));
-            AppendFolded(m_out.Buffer, text);
+            const auto start = static_cast<std::uint32_t>(m_out.Buffer.size());
+            m_out.Starts.push_back(start);
+            m_out.Buffer.append(m_folded);
             m_out.Buffer.push_back(static_cast<char>(kSegmentEnd));
-            m_keys.push_back(text);
-            m_slots[at] = (tag << 32) | (id + 1);
-            if (2 * m_keys.size() > m_slots.size()) {
+            slot = Slot{tag, id + 1, start, length};
+            if (2 * m_out.Starts.size() > m_slots.size()) {
                 Grow();
             }
             break;
         }
-        const auto number = static_cast<std::uint32_t>(slot & 0xFFFFFFFF) - 1;
-        if ((slot >> 32) == tag && m_keys[number] == text) {
-            id = number;
+        if (slot.Tag == tag && slot.Length == length &&
+            std::memcmp(m_out.Buffer.data() + slot.Start, m_folded.data(), length) == 0) {
+            id = slot.Number - 1;
             break;
         }
     }
@@ -107,15 +118,19 @@ std::uint32_t DictionaryBuilder::Id(std::string_view text) {
 }
 
 void DictionaryBuilder::Grow() {
-    std::vector<std::uint64_t> slots(m_slots.size() * 2, 0);
+    std::vector<Slot> slots(m_slots.size() * 2);
     const std::size_t mask = slots.size() - 1;
-    for (std::size_t id = 0; id < m_keys.size(); ++id) {
-        const std::uint64_t hash = HashOf(m_keys[id]);
+    for (const Slot& slot : m_slots) {
+        if (slot.Number == 0) {
+            continue;
+        }
+        const std::uint64_t hash =
+            HashOf(std::string_view(m_out.Buffer).substr(slot.Start, slot.Length));
         std::size_t at = hash & mask;
-        while (slots[at] != 0) {
+        while (slots[at].Number != 0) {
             at = (at + 1) & mask;
         }
-        slots[at] = ((hash >> 32) << 32) | (id + 1);
+        slots[at] = slot;
     }
     m_slots = std::move(slots);
 }
@@ -123,8 +138,8 @@ void DictionaryBuilder::Grow() {
 void DictionaryBuilder::Finish() {
     m_out.Buffer.shrink_to_fit();
     m_out.Starts.shrink_to_fit();
-    m_keys = {};
     m_slots = {};
+    m_folded = {};
     m_haveLast = false;
 }
 

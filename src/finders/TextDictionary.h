@@ -24,40 +24,48 @@ struct TextDictionary {
 // The entries that hold `folded` (an empty text: the entries that are not empty).
 SegmentBits EntriesHolding(const TextDictionary& dictionary, std::string_view folded);
 
-// Numbers of a fixed number of keys of 64 bits, given in the order first met. Open addressing:
-// a key costs no allocation of its own, so millions of them build quickly.
+// Numbers of a fixed number of keys of 64 bits, given in the order first met. Open addressing
+// with each key beside its number, so that a look-up reads one place of the table.
 class NumberTable {
 public:
-    NumberTable() : m_slots(1024, 0) {}
+    NumberTable() : m_keys(1024, 0), m_numbers(1024, 0) {}
     // The key's number; `added` tells whether it is new.
     std::uint32_t Id(std::uint64_t key, bool& added);
-    std::size_t Count() const { return m_keys.size(); }
+    std::size_t Count() const { return m_count; }
     void Clear();
 
 private:
     void Grow();
-    std::vector<std::uint64_t> m_keys;   // by number
-    std::vector<std::uint32_t> m_slots;  // number + 1, 0 when empty
+    std::vector<std::uint64_t> m_keys;     // by slot
+    std::vector<std::uint32_t> m_numbers;  // by slot: number + 1, 0 when empty
+    std::size_t m_count = 0;
 };
 
-// Numbers the distinct texts met, keyed by the text as the caller holds it: equal texts fold
-// alike, so each is folded once, when first met. The keys are views, which must hold until
-// Finish (the catalogue stands still while an index is built), so a new text costs no
-// allocation of its own. Neighbours often share a text, so the last one is tried first.
+// Numbers the distinct texts met by their folded text, which is all the index asks of them:
+// texts that fold alike share an entry. Each text met is folded into a scratch buffer and looked
+// up by the folded text, compared with the dictionary's own compact buffer rather than with the
+// catalogue's scattered records. Neighbours often share a text, so the last one is tried first.
 class DictionaryBuilder {
 public:
-    explicit DictionaryBuilder(TextDictionary& out) : m_out(out), m_slots(1024, 0) {}
+    explicit DictionaryBuilder(TextDictionary& out) : m_out(out), m_slots(1024) {}
 
+    // `text` must hold until the next call.
     std::uint32_t Id(std::string_view text);
     // Gives the memory of the building back; the dictionary is complete.
     void Finish();
 
 private:
+    struct Slot {
+        std::uint32_t Tag = 0;     // the hash's top half
+        std::uint32_t Number = 0;  // the entry's number + 1, 0 when empty
+        std::uint32_t Start = 0;   // where the entry's text begins in the buffer
+        std::uint32_t Length = 0;
+    };
     void Grow();
 
     TextDictionary& m_out;
-    std::vector<std::string_view> m_keys;  // by number
-    std::vector<std::uint64_t> m_slots;    // the hash's top half, and the number + 1 (0: empty)
+    std::vector<Slot> m_slots;
+    std::string m_folded;
     std::string_view m_last;
     std::uint32_t m_lastId = 0;
     bool m_haveLast = false;

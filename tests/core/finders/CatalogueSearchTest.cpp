@@ -184,7 +184,11 @@ public:
         song.Date = "2/26/00 11:22:33 PM";
         // Sometimes a folder of its own below a shared one, so folders share some parts only.
         const std::string below = Below(3) == 0 ? Word() + (Below(2) == 0 ? "/" : "\\") : "";
-        song.Path = folders[Below(folders.size())] + below + Word() + std::to_string(i) + ".mp3";
+        // Mostly the usual ending, sometimes in capitals, doubled, cut short or missing.
+        static const std::vector<std::string> endings = {".mp3", ".MP3", ".Mp3.mp3", "mp3",
+                                                         ".mp",  "",     ".mp3",     ".mp3"};
+        song.Path = folders[Below(folders.size())] + below + Word() + std::to_string(i) +
+                    endings[Below(endings.size())];
         return song;
     }
 
@@ -208,6 +212,9 @@ public:
         const std::string& text = kind == 3 ? song.Path : kind == 4 ? song.Artist : song.Title;
         if (text.empty()) {
             return text;
+        }
+        if (kind == 3 && Below(2) == 0) {
+            return text.substr(text.size() - 1 - Below(std::min<std::size_t>(text.size(), 9)));
         }
         const std::size_t from = Below(text.size());
         // Pieces of paths long enough to run over several folders' joints.
