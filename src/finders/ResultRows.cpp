@@ -81,28 +81,36 @@ ListRow PlaylistRowOfResult(const ListRow& result) {
     return row;
 }
 
-std::string ResultsStats(const RowList& rows, bool exactTimes) {
-    if (rows.empty()) {
+void ResultsTally::Add(const ListRow& row) {
+    m_seconds += ParseTime(row.Get(Column::Time), m_exactTimes);
+    m_bytes += Val(row.Get(Column::Size));
+    ++m_rows;
+}
+
+std::string ResultsTally::Text() const {
+    if (m_rows == 0) {
         return " No results.";
     }
-    std::int64_t seconds = 0;
-    double bytes = 0;
-    for (const ListRow& row : rows) {
-        seconds += ParseTime(row.Get(Column::Time), exactTimes);
-        bytes += Val(row.Get(Column::Size));
-    }
-    const double megabytes = bytes / 1024 / 1024;
+    const double megabytes = m_bytes / 1024 / 1024;
     char size[64];
     if (megabytes <= 1024) {
         std::snprintf(size, sizeof size, "%.2f MB", megabytes);
     } else {
         std::snprintf(size, sizeof size, "%.2f GB", megabytes / 1024);
     }
-    const std::string time = FormatHMS(seconds);
-    if (rows.size() == 1) {
+    const std::string time = FormatHMS(m_seconds);
+    if (m_rows == 1) {
         return " 1 song - " + time + ", " + size;
     }
-    return " " + std::to_string(rows.size()) + " songs - " + time + ", " + size;
+    return " " + std::to_string(m_rows) + " songs - " + time + ", " + size;
+}
+
+std::string ResultsStats(const RowList& rows, bool exactTimes) {
+    ResultsTally tally(exactTimes);
+    for (const ListRow& row : rows) {
+        tally.Add(row);
+    }
+    return tally.Text();
 }
 
 }  // namespace jk

@@ -3,6 +3,8 @@
 // The rows of a result list (ResultsView) as each source fills them, and the statistics line
 // under it (ResultsStats).
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -31,5 +33,22 @@ ListRow PlaylistRowOfResult(const ListRow& result);
 // `exactTimes`, else the first two) and the size from the Size texts, in MB up to 1024 MB and
 // in GB above.
 std::string ResultsStats(const RowList& rows, bool exactTimes);
+
+// The sums behind ResultsStats, gathered a row at a time (as a long list is made in slices).
+class ResultsTally {
+public:
+    explicit ResultsTally(bool exactTimes) : m_exactTimes(exactTimes) {}
+    void Add(const ListRow& row);
+    std::size_t Rows() const { return m_rows; }
+    bool ExactTimes() const { return m_exactTimes; }
+    // ResultsStats of the rows added, in the order added.
+    std::string Text() const;
+
+private:
+    bool m_exactTimes = false;
+    std::int64_t m_seconds = 0;
+    double m_bytes = 0;
+    std::size_t m_rows = 0;
+};
 
 }  // namespace jk

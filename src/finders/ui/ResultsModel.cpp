@@ -55,6 +55,9 @@ QVariant ResultsModel::headerData(int section, Qt::Orientation orientation, int 
 }
 
 void ResultsModel::sort(int column, Qt::SortOrder order) {
+    if (m_beforeReadingAll) {
+        m_beforeReadingAll();
+    }
     Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     // The rows carry their selected flags with them; the window selects from those again.
     SortResultRows(m_rows, column, order == Qt::DescendingOrder);
@@ -86,6 +89,9 @@ void ResultsModel::RowsReplaced() {
 }
 
 void ResultsModel::ApplySelection(const QItemSelection& selection) {
+    if (m_beforeReadingAll) {
+        m_beforeReadingAll();
+    }
     for (ListRow& row : m_rows) {
         row.SetSelected(false);
     }

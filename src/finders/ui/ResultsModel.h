@@ -5,6 +5,7 @@
 // A click on a header sorts through the core (Size by number, Date by date).
 
 #include <cstddef>
+#include <functional>
 #include <vector>
 
 #include <QAbstractTableModel>
@@ -44,12 +45,17 @@ public:
 
     // The rows a proposal keeps (shown in bold); cleared by RowsReplaced.
     void SetKept(std::vector<bool> kept);
+    // Called before a sort or a selection reads every row (the rows still to come are made).
+    void SetBeforeReadingAll(std::function<void()> before) {
+        m_beforeReadingAll = std::move(before);
+    }
 
 private:
     RowList& m_rows;
     int m_shownRows = 0;
     std::vector<bool> m_kept;
     QStringList m_captions;
+    std::function<void()> m_beforeReadingAll;
 };
 
 }  // namespace jk

@@ -1,9 +1,11 @@
 #include "finders/ui/ResultsPane.h"
 
+#include <QElapsedTimer>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMessageBox>
 #include <QMouseEvent>
+#include <QTimer>
 
 #include "app/ColumnLayout.h"
 #include "finders/ResultRows.h"
@@ -15,6 +17,11 @@ namespace {
 
 constexpr std::int16_t kDeleteWithoutWarning = 1;
 constexpr int kColumns = static_cast<int>(kColumnCount);
+// A slice of rows made or freed between turns of the event loop: short enough that the window
+// keeps answering, the rows made a thousand at a time.
+constexpr qint64 kSliceMs = 8;
+constexpr std::size_t kRowsAtOnce = 1000;
+constexpr std::size_t kRowsFreedAtOnce = 20000;
 
 QMessageBox::Icon BoxIcon(MessageIcon icon) {
     switch (icon) {
@@ -59,9 +66,90 @@ ResultsPane::ResultsPane(FinderHost& host, QWidget* parent)
         setColumnWidth(static_cast<int>(column), width);
     }
     connect(&m_model, &QAbstractItemModel::layoutChanged, this, [this] { ShowSelection(); });
+    m_model.SetBeforeReadingAll([this] { FinishRows(); });
+    m_fillTimer = new QTimer(this);
+    m_fillTimer->setInterval(0);
+    connect(m_fillTimer, &QTimer::timeout, this, &ResultsPane::FillSlice);
+}
+
+void ResultsPane::ShowRowsInSlices(std::size_t count, RowMaker make) {
+    if (!m_rows.empty()) {
+        m_dropping.push_back(std::move(m_rows));
+        m_rows = RowList();
+    }
+    m_make = std::move(make);
+    m_fillCount = count;
+    m_rows.reserve(count);
+    // The first rows at once, so the list never shows the rows replaced.
+    if (!m_make(0, std::min(count, kRowsAtOnce), m_rows)) {
+        m_make = nullptr;
+    }
+    if (m_make && m_rows.size() >= m_fillCount) {
+        m_make = nullptr;
+    }
+    m_model.RowsReplaced();
+    if (m_make || !m_dropping.empty()) {
+        m_fillTimer->start();
+    }
+    if (!m_make) {
+        Q_EMIT RowsFilled();
+    }
+}
+
+void ResultsPane::FillSlice() {
+    QElapsedTimer slice;
+    slice.start();
+    if (m_make) {
+        const std::size_t before = m_rows.size();
+        while (m_rows.size() < m_fillCount && slice.elapsed() < kSliceMs) {
+            const std::size_t from = m_rows.size();
+            if (!m_make(from, std::min(m_fillCount, from + kRowsAtOnce), m_rows)) {
+                m_fillCount = m_rows.size();
+            }
+        }
+        if (m_rows.size() > before) {
+            m_model.RowsAppended();
+        }
+        if (m_rows.size() >= m_fillCount) {
+            m_make = nullptr;
+            Q_EMIT RowsFilled();
+        }
+        return;  // the freeing waits for the rows
+    }
+    while (!m_dropping.empty() && slice.elapsed() < kSliceMs) {
+        RowList& rows = m_dropping.back();
+        rows.resize(rows.size() - std::min(rows.size(), kRowsFreedAtOnce));
+        if (rows.empty()) {
+            m_dropping.pop_back();
+        }
+    }
+    if (m_dropping.empty()) {
+        m_fillTimer->stop();
+    }
+}
+
+void ResultsPane::FinishRows() {
+    if (!m_make) {
+        return;
+    }
+    while (m_rows.size() < m_fillCount) {
+        const std::size_t from = m_rows.size();
+        if (!m_make(from, m_fillCount, m_rows)) {
+            break;
+        }
+    }
+    m_make = nullptr;
+    m_model.RowsAppended();
+    Q_EMIT RowsFilled();
+}
+
+void ResultsPane::StopFilling() {
+    m_make = nullptr;
+    m_fillCount = 0;
 }
 
 void ResultsPane::TakeSelection() {
+    FinishRows();
     m_model.ApplySelection(selectionModel()->selection());
 }
 
@@ -98,6 +186,7 @@ void ResultsPane::AddAll() {
     if (!m_host.AddToPlaylist) {
         return;
     }
+    FinishRows();
     RowList added;
     added.reserve(m_rows.size());
     for (const ListRow& row : m_rows) {
@@ -162,6 +251,7 @@ void ResultsPane::DeleteSelected(const UserMessage* question) {
 }
 
 void ResultsPane::Clear() {
+    StopFilling();
     m_rows.clear();
     m_model.RowsReplaced();
     Q_EMIT RowsRemoved();

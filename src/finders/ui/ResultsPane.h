@@ -5,6 +5,8 @@
 // Finder each hold one. A double click (not with the middle button) and Enter play the
 // selection.
 
+#include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,6 +17,8 @@
 #include "finders/ui/ResultsModel.h"
 #include "listing/ListRow.h"
 
+class QTimer;
+
 namespace jk {
 
 class ResultsPane final : public QTableView {
@@ -23,8 +27,23 @@ class ResultsPane final : public QTableView {
 public:
     ResultsPane(FinderHost& host, QWidget* parent = nullptr);
 
-    RowList& Rows() { return m_rows; }
+    // Every row: those still to come in slices are made first.
+    RowList& Rows() {
+        FinishRows();
+        return m_rows;
+    }
     ResultsModel& Model() { return m_model; }
+
+    // Appends rows `from` up to `to` (exclusive) of a list; false when they can no longer be
+    // made (what they were made from changed), which ends the list where it stands.
+    using RowMaker = std::function<bool(std::size_t from, std::size_t to, RowList& rows)>;
+    // Shows `count` rows in place of those shown: the first at once, the rest a slice at a time
+    // between turns of the event loop, so that a list of a million rows comes without a freeze.
+    // The rows replaced are freed the same way. RowsFilled follows the last slice.
+    void ShowRowsInSlices(std::size_t count, RowMaker make);
+    // Makes the rows still to come at once (before anything reads every row).
+    void FinishRows();
+    bool Filling() const { return m_make != nullptr; }
     // The view's selection into the rows' flags, and back.
     void TakeSelection();
     void ShowSelection();
@@ -58,6 +77,8 @@ public:
 Q_SIGNALS:
     // The rows were removed or cleared: the window shows ResultsStats again.
     void RowsRemoved();
+    // The last slice of ShowRowsInSlices is in.
+    void RowsFilled();
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
@@ -66,6 +87,9 @@ protected:
 
 private:
     void Hand(PlayRequest how);
+    // One turn's worth of the rows to come and of the rows to free.
+    void FillSlice();
+    void StopFilling();
     bool Ask(const UserMessage& question);
     void Tell(const UserMessage& message);
 
@@ -73,6 +97,10 @@ private:
     RowList m_rows;
     ResultsModel m_model;
     Qt::MouseButton m_lastButton = Qt::NoButton;
+    RowMaker m_make;
+    std::size_t m_fillCount = 0;
+    std::vector<RowList> m_dropping;  // replaced rows, freed a slice at a time
+    QTimer* m_fillTimer = nullptr;
 };
 
 }  // namespace jk

@@ -1,5 +1,8 @@
 #include "finders/ui/wizSearch.h"
 
+#include <iterator>
+#include <memory>
+
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -37,6 +40,9 @@ namespace {
 
 // Typing must pause this long before the catalogue is searched again.
 constexpr int kLivePauseMs = 30;
+// A catalogue this large is searched as the text is typed through the index only: a plain pass
+// over it would hold the window for longer than a key's worth of time.
+constexpr std::size_t kScanWhileTypingSongs = 50000;
 
 QString Q(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -123,7 +129,11 @@ void wizSearch::BuildControls() {
     top->addLayout(buttons);
 
     m_results = new ResultsPane(m_host, this);
-    connect(m_results, &ResultsPane::RowsRemoved, this, &wizSearch::ShowStats);
+    connect(m_results, &ResultsPane::RowsRemoved, this, [this] {
+        m_liveTally.reset();
+        ShowStats();
+    });
+    connect(m_results, &ResultsPane::RowsFilled, this, &wizSearch::ShowStats);
     m_status = new QLabel(this);
     m_status->setObjectName("lblStatus");
     m_bar = new QProgressBar(this);
@@ -394,6 +404,13 @@ void wizSearch::UpdateCombos() {
 
 void wizSearch::ShowStats() {
     const bool exact = m_host.Options != nullptr && m_host.Options->ExactTimes != 0;
+    // The rows of a live search were summed as they were made: a million rows are not read
+    // again in one go.
+    if (m_liveTally && !m_results->Filling() && m_liveTally->ExactTimes() == exact &&
+        m_liveTally->Rows() == static_cast<std::size_t>(m_results->Model().rowCount())) {
+        m_status->setText(Q(m_liveTally->Text()));
+        return;
+    }
     m_status->setText(Q(ResultsStats(m_results->Rows(), exact)));
 }
 
@@ -419,6 +436,8 @@ void wizSearch::Command1_Click() {
         return;
     }
     m_liveTimer->stop();
+    m_awaitingIndex = false;
+    m_liveTally.reset();
     m_abort = false;
     SearchForm form = Form();
     if (form.ClearFirst) {
@@ -540,36 +559,78 @@ bool wizSearch::LiveSearchApplies() const {
 }
 
 // The rows "Search" would give, put in place of those shown; no history and no setting moves.
+// A large catalogue is searched through the index alone: until it is built (on its own thread,
+// at the first search), the rows shown stay, and the search runs when it is ready.
 void wizSearch::LiveSearch() {
     if (m_searching || !LiveSearchApplies()) {
         return;
     }
     const CatalogueView& catalogue = *m_host.Catalogue;
     if (!m_index) {
-        m_index = std::make_unique<SearchIndexKeeper>(catalogue);
+        m_index = std::make_unique<SearchIndexKeeper>(catalogue, [this] {
+            // On the building thread: the window's own thread takes it up.
+            QMetaObject::invokeMethod(
+                this, [this] { IndexReady(); }, Qt::QueuedConnection);
+        });
     }
     SearchForm form = Form();
     const SearchRequest request = RequestOf(form, NowCivil());
     const bool all = ScopeOf(form.LookIn) == SearchScope::VirtualDrives;
-    RowList rows;
-    if (const SearchIndex* index = m_index->Ready()) {
-        const IndexedResult found = FindIndexed(*index, catalogue, request, all ? "" : form.LookIn);
+    const bool exact = m_host.Options != nullptr && m_host.Options->ExactTimes != 0;
+    const SearchIndex* index = m_index->Ready();
+    m_awaitingIndex = false;
+    if (index == nullptr && !m_index->Unavailable() &&
+        catalogue.TotalSongs() > kScanWhileTypingSongs) {
+        m_awaitingIndex = true;
+        return;
+    }
+    if (index != nullptr) {
+        IndexedResult found = FindIndexed(*index, catalogue, request, all ? "" : form.LookIn);
         if (found.End == SearchEnd::Failed) {
             return;  // "Search" will say why
         }
-        AppendCatalogueRows(catalogue, found.Songs, 0, found.Songs.size(), rows);
-    } else {
-        SearchFront quiet;
-        const CatalogueSearchEnd end =
-            all ? SearchAllVirtualDrives(catalogue, request, rows, quiet)
-                : SearchVirtualFolder(catalogue, form.LookIn, request, rows, quiet);
-        if (end.End == SearchEnd::Failed) {
-            return;
-        }
+        // The rows are made from the songs found as the list fills, while the catalogue stands.
+        auto songs = std::make_shared<const std::vector<SongRef>>(std::move(found.Songs));
+        const std::uint64_t generation = catalogue.Generation();
+        auto tally = std::make_shared<ResultsTally>(exact);
+        m_liveTally = tally;
+        m_results->ShowRowsInSlices(
+            songs->size(), [&catalogue, songs, generation, tally](std::size_t from, std::size_t to,
+                                                                  RowList& rows) {
+                if (catalogue.Generation() != generation) {
+                    return false;
+                }
+                const std::size_t before = rows.size();
+                AppendCatalogueRows(catalogue, *songs, from, to, rows);
+                for (std::size_t r = before; r < rows.size(); ++r) {
+                    tally->Add(rows[r]);
+                }
+                return true;
+            });
+        return;
     }
-    m_results->Rows() = std::move(rows);
-    m_results->Model().RowsReplaced();
-    ShowStats();
+    auto rows = std::make_shared<RowList>();
+    SearchFront quiet;
+    const CatalogueSearchEnd end =
+        all ? SearchAllVirtualDrives(catalogue, request, *rows, quiet)
+            : SearchVirtualFolder(catalogue, form.LookIn, request, *rows, quiet);
+    if (end.End == SearchEnd::Failed) {
+        return;
+    }
+    m_liveTally.reset();
+    m_results->ShowRowsInSlices(
+        rows->size(), [rows](std::size_t from, std::size_t to, RowList& into) {
+            std::move(rows->begin() + static_cast<std::ptrdiff_t>(from),
+                      rows->begin() + static_cast<std::ptrdiff_t>(to), std::back_inserter(into));
+            return true;
+        });
+}
+
+void wizSearch::IndexReady() {
+    if (m_awaitingIndex) {
+        m_awaitingIndex = false;
+        LiveSearch();
+    }
 }
 
 void wizSearch::Browse() {

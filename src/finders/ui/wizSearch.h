@@ -29,6 +29,7 @@ class QTimer;
 namespace jk {
 
 class ResultsPane;
+class ResultsTally;
 class SearchIndexKeeper;
 
 class wizSearch final : public QDialog {
@@ -72,6 +73,8 @@ private:
     void Combo1_Edited(const QString& text);
     void Complete(QComboBox* combo, const QString& text);
     void LiveSearch();
+    // The index a live search waits for is built.
+    void IndexReady();
     void Browse();
     void SetOnTop(bool onTop);
 
@@ -105,7 +108,10 @@ private:
     std::vector<QAction*> m_fieldActions;
     QTimer* m_liveTimer = nullptr;
     std::unique_ptr<SearchIndexKeeper> m_index;
+    // The sums of the rows of the live search shown, gathered as they are made.
+    std::shared_ptr<ResultsTally> m_liveTally;
     int m_lastKey = 0;
+    bool m_awaitingIndex = false;
     bool m_searching = false;
     bool m_abort = false;
     bool m_closing = false;
