@@ -185,6 +185,7 @@ private Q_SLOTS:
     void searchWizardShowsEveryControlAndLoadsTheSettings();
     void searchOfAFolderListsHitsAndKeepsTheHistories();
     void searchOfTheCatalogueFollowsTheTypingWithoutTouchingHistories();
+    void aLargeCatalogueIsListedAsTypedInSlicesThroughItsIndex();
     void aBetweenTokenThatIsNoDateEndsWithErrorBox();
     void resultCommandsWorkOnTheSelection();
     void deleteMovesToTheTrashAndKeepsWhatCouldNotGo();
@@ -299,6 +300,57 @@ void FinderWindowsTest::searchOfTheCatalogueFollowsTheTypingWithoutTouchingHisto
     QTest::keyClicks(combo1->lineEdit(), "me");
     QTRY_COMPARE(window.Results().Rows().size(), std::size_t{2});
     jk::test::SaveShot(window, "wizSearch-catalogue");
+}
+
+// Too many songs to read on the window's thread at each key: the first key waits for the index,
+// the list then fills a slice at a time, and rows and statistics are those "Search" gives.
+void FinderWindowsTest::aLargeCatalogueIsListedAsTypedInSlicesThroughItsIndex() {
+    Host h;
+    for (int v = 0; v < 6; ++v) {
+        auto& volume = h.catalogue.Add("Disc" + std::to_string(v));
+        for (int i = 0; i < 10000; ++i) {
+            jk::SongInfo song =
+                jk::test::Song("Song " + std::to_string(i), "Band",
+                               "/d" + std::to_string(v) + "/" + std::to_string(i) + ".mp3");
+            song.Size = std::to_string(1000 + i);
+            song.Time = "03:2" + std::to_string(i % 10);
+            volume.Songs.push_back(song);
+        }
+    }
+    jk::wizSearch window(h.host);
+    // (No model tester: it reads every row at each slice.)
+    jk::ResultsModel& model = window.Results().Model();
+    std::vector<int> firstRows;
+    connect(&model, &QAbstractItemModel::modelReset, this,
+            [&] { firstRows.push_back(model.rowCount()); });
+    window.show();
+    auto* combo1 = Child<QComboBox>(window, "Combo1");
+    Child<QComboBox>(window, "Combo2")->setEditText("Virtual drives (disc images)");
+    combo1->setEditText("");
+    combo1->lineEdit()->setFocus();
+    QTest::keyClicks(combo1->lineEdit(), "g 7");
+    // "Song 7", "Song 70" to "Song 7999" of each disc, in order: the index answers once built.
+    QTRY_VERIFY_WITH_TIMEOUT(
+        !firstRows.empty() && !window.Results().Filling() && window.Status().contains("songs"),
+        20000);
+    QVERIFY(firstRows.back() < model.rowCount());  // the first slice, then the rest
+    const RowList live = window.Results().Rows();
+    const QString liveStatus = window.Status();
+    QCOMPARE(live.size(), std::size_t{6 * 1111});
+
+    Child<QCheckBox>(window, "Check1")->setChecked(true);
+    window.Command1_Click();
+    QCOMPARE(Column0(window.Results().Rows()), Column0(live));
+    QCOMPARE(window.Status(), liveStatus);
+
+    // A key while the list fills replaces it with the next query's rows.
+    QTest::keyClicks(combo1->lineEdit(), "1");
+    QTRY_VERIFY_WITH_TIMEOUT(!window.Results().Filling() && window.Status().contains("songs") &&
+                                 model.rowCount() == 6 * 111,
+                             20000);
+    for (const QString& title : Column0(window.Results().Rows())) {
+        QVERIFY2(title.startsWith("Song 71"), qPrintable(title));
+    }
 }
 
 void FinderWindowsTest::aBetweenTokenThatIsNoDateEndsWithErrorBox() {
