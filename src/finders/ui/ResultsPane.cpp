@@ -21,6 +21,8 @@ constexpr int kColumns = static_cast<int>(kColumnCount);
 // keeps answering, the rows made a thousand at a time.
 constexpr qint64 kSliceMs = 8;
 constexpr std::size_t kRowsAtOnce = 1000;
+// The rows made at once when a list is replaced: more than a window shows.
+constexpr std::size_t kFirstRows = 200;
 constexpr std::size_t kRowsFreedAtOnce = 20000;
 
 QMessageBox::Icon BoxIcon(MessageIcon icon) {
@@ -81,7 +83,7 @@ void ResultsPane::ShowRowsInSlices(std::size_t count, RowMaker make) {
     m_fillCount = count;
     m_rows.reserve(count);
     // The first rows at once, so the list never shows the rows replaced.
-    if (!m_make(0, std::min(count, kRowsAtOnce), m_rows)) {
+    if (!m_make(0, std::min(count, kFirstRows), m_rows)) {
         m_make = nullptr;
     }
     if (m_make && m_rows.size() >= m_fillCount) {
