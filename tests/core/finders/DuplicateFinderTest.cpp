@@ -10,6 +10,7 @@
 #include "core/finders/MemoryCatalogue.h"
 #include "finders/BestCopies.h"
 #include "finders/DuplicateFinder.h"
+#include "finders/DuplicateSort.h"
 #include "util/Text.h"
 #include "util/Utf8.h"
 
@@ -97,6 +98,53 @@ TEST(DuplicateFinder, SortsToTheFindersOwnPermutation) {
         ReferenceSort(reference, 0, static_cast<int>(n) - 1, numeric);
         for (std::size_t i = 0; i < n; ++i) {
             ASSERT_EQ(static_cast<int>(order[i]), reference[i].second) << "round " << round;
+        }
+    }
+}
+
+// The ranked keys and the threaded parts against the plain sort, on arrays large enough to be
+// handed to other threads: many ties, case variants, non-ASCII letters, keys that share their
+// first eight bytes, and bytes that are no UTF-8.
+TEST(DuplicateFinder, ThreadedSortKeepsThePlainPermutation) {
+    std::mt19937 random(7);
+    const std::vector<std::string> stems = {
+        "love",      "LOVE",         "Love song", "love songs", "Mädchen", "MÄDCHEN",  "mädchen ",
+        "Straße",    "STRASSE",      "ÅNGSTRÖM",  "ångström",   "",        "abcdefgh", "abcdefghi",
+        "ABCDEFGHI", "abcdefgh\xC3", "\xFF",      "10",         "9",       "0123"};
+    for (int round = 0; round < 24; ++round) {
+        const bool numeric = round % 4 == 3;
+        const int criterion = numeric ? 3 : round % 3;
+        const std::size_t n = 500 + random() % 3000;
+        std::vector<DupeRecord> records;
+        std::vector<std::pair<std::string, int>> reference;
+        for (std::size_t i = 0; i < n; ++i) {
+            std::string key = stems[random() % stems.size()];
+            if (random() % 3 == 0) {
+                key += std::to_string(random() % 50);  // fewer ties, still some
+            }
+            ListRow row;
+            row.Set(numeric ? Column::Size : static_cast<Column>(criterion), key);
+            records.push_back(DupeRecord{row, 1, 1});
+            reference.emplace_back(key, static_cast<int>(i));
+        }
+        const DupeSortThreads threads{static_cast<unsigned>(2 + round % 3), 8};
+        const DupeSortKeys keys = DupeKeysOf(records, criterion, threads);
+        std::vector<std::uint32_t> order(n);
+        for (std::size_t i = 0; i < n; ++i) {
+            order[i] = static_cast<std::uint32_t>(i);
+        }
+        SortDupeOrder(order, 0, n - 1, keys, threads);
+        ReferenceSort(reference, 0, static_cast<int>(n) - 1, numeric);
+        for (std::size_t i = 0; i < n; ++i) {
+            ASSERT_EQ(static_cast<int>(order[i]), reference[i].second) << "round " << round;
+        }
+        // Neighbours share a group exactly when their keys are equal ignoring case.
+        for (std::size_t i = 0; i + 1 < n; ++i) {
+            const std::string& a = reference[i].first;
+            const std::string& b = reference[i + 1].first;
+            const bool same = keys.groups[order[i]] == keys.groups[order[i + 1]];
+            ASSERT_EQ(same, EqualsNoCase(a, b)) << a << " | " << b;
+            ASSERT_EQ(keys.groups[order[i]] == kNoGroup, a.empty()) << a;
         }
     }
 }
