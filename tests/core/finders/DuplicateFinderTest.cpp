@@ -235,6 +235,44 @@ TEST(DuplicateFinder, RowsAndSources) {
     EXPECT_EQ(DupeRow(records[1].Row).Get(Column::Bitrate), " 128");  // as held
 }
 
+// A catalogue large enough to be copied on several threads: every song lands at its place, in
+// volume order, empty volumes passed over, and the groups hold equal titles alone.
+TEST(DuplicateFinder, ALargeCatalogueLoadsInOrderAndGroupsEqualTitles) {
+    test::MemoryCatalogue catalogue;
+    std::size_t total = 0;
+    for (int v = 0; v < 9; ++v) {
+        test::MemoryCatalogue::Volume& volume = catalogue.Add("Disc" + std::to_string(v));
+        const int count = v == 3 ? 0 : 4000 + v * 250;
+        for (int i = 0; i < count; ++i) {
+            const std::string title = (i % 2 == 0 ? "Song " : "SONG ") + std::to_string(i % 997);
+            volume.Songs.push_back(test::Song(
+                title, "x", "/d" + std::to_string(v) + "/" + std::to_string(i) + ".mp3"));
+        }
+        total += volume.Songs.size();
+    }
+    std::vector<DupeRecord> records;
+    std::size_t lastDone = 0;
+    LoadVirtualSource(catalogue, records,
+                      [&lastDone](std::size_t done, std::size_t) { lastDone = done; });
+    ASSERT_EQ(records.size(), total);
+    EXPECT_EQ(lastDone, total);
+    std::size_t at = 0;
+    for (std::size_t v = 0; v < catalogue.VolumeCount(); ++v) {
+        for (std::size_t i = 0; i < catalogue.SongCount(v); ++i, ++at) {
+            ASSERT_EQ(records[at].Row.Get(Column::Filename), catalogue.Fields(v, i)[kKeyPath - 1]);
+            ASSERT_EQ(records[at].Row.Get(Column::Volume), catalogue.VolumeName(v));
+        }
+    }
+    const std::vector<DupeListed> listed = GroupDuplicates(records, 0, kSourceVirtual);
+    ASSERT_GT(listed.size(), total / 2);
+    for (std::size_t k = 1; k < listed.size(); ++k) {
+        if (listed[k].Group == listed[k - 1].Group) {
+            ASSERT_TRUE(EqualsNoCase(listed[k].Row.Get(Column::Title),
+                                     listed[k - 1].Row.Get(Column::Title)));
+        }
+    }
+}
+
 DupeListed Copy(std::size_t group, std::string path, std::string bitrate, std::string time,
                 std::string size, std::string date, std::int16_t source = kSourceFolder) {
     ListRow row = RowOf("t", std::move(path), std::move(size));
