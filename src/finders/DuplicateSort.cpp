@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <cstring>
-#include <random>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -61,10 +61,8 @@ std::uint64_t HashOf(std::string_view bytes, std::uint64_t seed) {
 
 // A seed of each run's own, so that no crafted set of tags makes the table's probes long.
 std::uint64_t HashSeed() {
-    static const std::uint64_t seed = [] {
-        std::random_device device;
-        return (static_cast<std::uint64_t>(device()) << 32) | device();
-    }();
+    static const std::uint64_t seed = Mix(
+        static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count()));
     return seed;
 }
 
