@@ -5,12 +5,14 @@
 // Selection wizard over a pane of 100,000 rows.
 //
 // Usage: finders_bench [SONGS (1000000)] [QUERIES (1000)] [--no-fts] [--scan-every N]
-//                      [--index-only]
+//                      [--index-only] [--dupes-only]
 // (--scan-every times the plain loop on every Nth query only: at a million songs it takes
-// seconds a query; --index-only builds the index five times and stops, to profile the build.)
+// seconds a query; --index-only builds the index five times and stops, to profile the build;
+// --dupes-only runs the Duplicate Finder and the Selection wizard alone.)
 
 #include <sqlite3.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -25,6 +27,7 @@
 #include "BenchSupport.h"
 #include "finders/CatalogueSearch.h"
 #include "finders/DuplicateFinder.h"
+#include "finders/DuplicateSort.h"
 #include "finders/IndexedSearch.h"
 #include "finders/ResultRows.h"
 #include "finders/SearchIndex.h"
@@ -336,7 +339,8 @@ double ChildCpuSeconds() {
 // -f of the same keys, best of `rounds`; CPU time is given too, as a loaded machine stretches
 // the wall clock.
 void DuplicateBench(const PackedCatalogue& catalogue, int rounds) {
-    const std::string keys = "/tmp/finders_bench_keys.txt";
+    // A name of this run's own: another run of the bench may be writing its keys beside it.
+    const std::string keys = "/tmp/finders_bench_keys." + std::to_string(::getpid()) + ".txt";
     {
         std::ofstream out(keys);
         for (std::size_t v = 0; v < catalogue.VolumeCount(); ++v) {
@@ -375,12 +379,54 @@ void DuplicateBench(const PackedCatalogue& catalogue, int rounds) {
         sortCpuMs = std::min(sortCpuMs, (ChildCpuSeconds() - childCpu) * 1000);
     }
     std::remove(keys.c_str());
+    // The parts of the run on their own, CPU time (summed over threads) beside wall time.
+    struct Phase {
+        double wall = 1e18;
+        double cpu = 1e18;
+        void Take(double cpuStart, Clock::time_point start) {
+            wall = std::min(wall, Ms(start, Clock::now()));
+            cpu = std::min(cpu, (jkbench::CpuSeconds() - cpuStart) * 1000);
+        }
+    };
+    Phase loadPhase;
+    Phase keysPhase;
+    Phase sortPhase;
+    Phase groupPhase;
+    for (int round = 0; round < rounds; ++round) {
+        std::vector<jk::DupeRecord> records;
+        double cpu = jkbench::CpuSeconds();
+        auto start = Clock::now();
+        jk::LoadVirtualSource(catalogue, records);
+        loadPhase.Take(cpu, start);
+        cpu = jkbench::CpuSeconds();
+        start = Clock::now();
+        const jk::DupeSortKeys sortKeys = jk::DupeKeysOf(records, 0);
+        keysPhase.Take(cpu, start);
+        std::vector<std::uint32_t> order(records.size());
+        for (std::size_t k = 0; k < order.size(); ++k) {
+            order[k] = static_cast<std::uint32_t>(k);
+        }
+        cpu = jkbench::CpuSeconds();
+        start = Clock::now();
+        jk::SortDupeOrder(order, 0, order.size() - 1, sortKeys);
+        sortPhase.Take(cpu, start);
+        cpu = jkbench::CpuSeconds();
+        start = Clock::now();
+        const std::vector<jk::DupeListed> listed =
+            jk::GroupDuplicates(records, 0, jk::kSourceVirtual);
+        groupPhase.Take(cpu, start);
+    }
     std::printf(
         "Duplicate Finder by \"ID3 Title\" (best of %d): load %.0f ms + sort and group %.0f ms = "
         "%.0f ms wall, %.0f ms CPU (%zu rows listed) | LC_ALL=C sort -f of the keys %.0f ms "
         "wall, %.0f ms CPU%s | ratio %.2f wall, %.2f CPU\n",
         rounds, loadMs, groupMs, loadMs + groupMs, finderCpuMs, listedCount, sortMs, sortCpuMs,
         rc == 0 ? "" : " (sort failed)", (loadMs + groupMs) / sortMs, finderCpuMs / sortCpuMs);
+    std::printf(
+        "  its parts, best of %d, wall/CPU ms: load %.0f/%.0f, keys folded and ranked %.0f/%.0f, "
+        "partition sort %.0f/%.0f, the whole grouping (keys, sort, rows) %.0f/%.0f\n",
+        rounds, loadPhase.wall, loadPhase.cpu, keysPhase.wall, keysPhase.cpu, sortPhase.wall,
+        sortPhase.cpu, groupPhase.wall, groupPhase.cpu);
 }
 
 void SelectionBench(const PackedCatalogue& catalogue) {
@@ -427,6 +473,7 @@ int main(int argc, char** argv) {
     std::size_t queryCount = 1000;
     bool fts = true;
     bool indexOnly = false;
+    bool dupesOnly = false;
     std::size_t scanEvery = 1;
     int positional = 0;
     for (int i = 1; i < argc; ++i) {
@@ -435,6 +482,8 @@ int main(int argc, char** argv) {
             fts = false;
         } else if (arg == "--index-only") {
             indexOnly = true;
+        } else if (arg == "--dupes-only") {
+            dupesOnly = true;
         } else if (arg == "--scan-every" && i + 1 < argc) {
             scanEvery = std::max<std::size_t>(1, std::stoul(argv[++i]));
         } else if (positional++ == 0) {
@@ -450,6 +499,12 @@ int main(int argc, char** argv) {
     std::printf("catalogue: %zu songs in %zu volumes, %.0f MiB, generated in %.0f ms\n", songs,
                 catalogue.VolumeCount(), static_cast<double>(catalogue.MemoryBytes()) / 1048576.0,
                 Ms(start, Clock::now()));
+    if (dupesOnly) {
+        DuplicateBench(catalogue, 5);
+        SelectionBench(catalogue);
+        std::printf("peak memory %.0f MiB\n", jkbench::PeakRssMiB());
+        return 0;
+    }
 
     start = Clock::now();
     const double buildCpu = jkbench::CpuSeconds();

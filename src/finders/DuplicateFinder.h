@@ -88,13 +88,14 @@ void QuickSortDuplicates(std::vector<std::uint32_t>& order, std::size_t L, std::
 // FindDuplicates' grouping: sorts all, then lists each run of two or more equal group keys whose
 // sources (ORed over the run and written back to each member) include `showBit`. An empty key
 // never groups, and the record right behind a group never starts one. `firstGroup` numbers the
-// groups.
+// groups. A listed record's row is moved into its listed row, not copied: a million of them
+// would otherwise be copied once more.
 std::vector<DupeListed> GroupDuplicates(std::vector<DupeRecord>& records, int criterion,
                                         std::int16_t showBit, std::size_t firstGroup = 0,
                                         const DupeProgress& progress = {});
 
 // The row a listed member shows: the Title trimmed, or the bare file name when it trims to
 // empty; the other columns as the record holds them.
-ListRow DupeRow(const ListRow& record);
+ListRow DupeRow(ListRow record);
 
 }  // namespace jk

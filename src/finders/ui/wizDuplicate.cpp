@@ -249,6 +249,7 @@ void wizDuplicate::FindDuplicates() {
     const bool appended = !m_results->Rows().empty();
     std::vector<DupeListed> listed = GroupDuplicates(
         records, m_combo1->currentIndex(), ShowBit(m_combo2->currentIndex()), m_groups, progress);
+    m_results->Rows().reserve(m_results->Rows().size() + listed.size());
     for (const DupeListed& row : listed) {
         m_results->Rows().push_back(row.Row);
         m_groups = std::max(m_groups, row.Group + 1);

@@ -10,6 +10,7 @@
 #include "core/finders/MemoryCatalogue.h"
 #include "finders/BestCopies.h"
 #include "finders/DuplicateFinder.h"
+#include "finders/DuplicateSort.h"
 #include "util/Text.h"
 #include "util/Utf8.h"
 
@@ -101,6 +102,53 @@ TEST(DuplicateFinder, SortsToTheFindersOwnPermutation) {
     }
 }
 
+// The ranked keys and the threaded parts against the plain sort, on arrays large enough to be
+// handed to other threads: many ties, case variants, non-ASCII letters, keys that share their
+// first eight bytes, and bytes that are no UTF-8.
+TEST(DuplicateFinder, ThreadedSortKeepsThePlainPermutation) {
+    std::mt19937 random(7);
+    const std::vector<std::string> stems = {
+        "love",      "LOVE",         "Love song", "love songs", "Mädchen", "MÄDCHEN",  "mädchen ",
+        "Straße",    "STRASSE",      "ÅNGSTRÖM",  "ångström",   "",        "abcdefgh", "abcdefghi",
+        "ABCDEFGHI", "abcdefgh\xC3", "\xFF",      "10",         "9",       "0123"};
+    for (int round = 0; round < 24; ++round) {
+        const bool numeric = round % 4 == 3;
+        const int criterion = numeric ? 3 : round % 3;
+        const std::size_t n = 500 + random() % 3000;
+        std::vector<DupeRecord> records;
+        std::vector<std::pair<std::string, int>> reference;
+        for (std::size_t i = 0; i < n; ++i) {
+            std::string key = stems[random() % stems.size()];
+            if (random() % 3 == 0) {
+                key += std::to_string(random() % 50);  // fewer ties, still some
+            }
+            ListRow row;
+            row.Set(numeric ? Column::Size : static_cast<Column>(criterion), key);
+            records.push_back(DupeRecord{row, 1, 1});
+            reference.emplace_back(key, static_cast<int>(i));
+        }
+        const DupeSortThreads threads{static_cast<unsigned>(2 + round % 3), 8};
+        const DupeSortKeys keys = DupeKeysOf(records, criterion, threads);
+        std::vector<std::uint32_t> order(n);
+        for (std::size_t i = 0; i < n; ++i) {
+            order[i] = static_cast<std::uint32_t>(i);
+        }
+        SortDupeOrder(order, 0, n - 1, keys, threads);
+        ReferenceSort(reference, 0, static_cast<int>(n) - 1, numeric);
+        for (std::size_t i = 0; i < n; ++i) {
+            ASSERT_EQ(static_cast<int>(order[i]), reference[i].second) << "round " << round;
+        }
+        // Neighbours share a group exactly when their keys are equal ignoring case.
+        for (std::size_t i = 0; i + 1 < n; ++i) {
+            const std::string& a = reference[i].first;
+            const std::string& b = reference[i + 1].first;
+            const bool same = keys.groups[order[i]] == keys.groups[order[i + 1]];
+            ASSERT_EQ(same, EqualsNoCase(a, b)) << a << " | " << b;
+            ASSERT_EQ(keys.groups[order[i]] == kNoGroup, a.empty()) << a;
+        }
+    }
+}
+
 TEST(DuplicateFinder, ARunRightBehindAGroupIsLost) {
     struct Case {
         std::vector<std::string> titles;
@@ -185,6 +233,44 @@ TEST(DuplicateFinder, RowsAndSources) {
     EXPECT_EQ(records[1].Row.Get(Column::Volume), "Disc");
     EXPECT_EQ(DupeRow(records[1].Row).Get(Column::Title), "b.mp3");
     EXPECT_EQ(DupeRow(records[1].Row).Get(Column::Bitrate), " 128");  // as held
+}
+
+// A catalogue large enough to be copied on several threads: every song lands at its place, in
+// volume order, empty volumes passed over, and the groups hold equal titles alone.
+TEST(DuplicateFinder, ALargeCatalogueLoadsInOrderAndGroupsEqualTitles) {
+    test::MemoryCatalogue catalogue;
+    std::size_t total = 0;
+    for (int v = 0; v < 9; ++v) {
+        test::MemoryCatalogue::Volume& volume = catalogue.Add("Disc" + std::to_string(v));
+        const int count = v == 3 ? 0 : 4000 + v * 250;
+        for (int i = 0; i < count; ++i) {
+            const std::string title = (i % 2 == 0 ? "Song " : "SONG ") + std::to_string(i % 997);
+            volume.Songs.push_back(test::Song(
+                title, "x", "/d" + std::to_string(v) + "/" + std::to_string(i) + ".mp3"));
+        }
+        total += volume.Songs.size();
+    }
+    std::vector<DupeRecord> records;
+    std::size_t lastDone = 0;
+    LoadVirtualSource(catalogue, records,
+                      [&lastDone](std::size_t done, std::size_t) { lastDone = done; });
+    ASSERT_EQ(records.size(), total);
+    EXPECT_EQ(lastDone, total);
+    std::size_t at = 0;
+    for (std::size_t v = 0; v < catalogue.VolumeCount(); ++v) {
+        for (std::size_t i = 0; i < catalogue.SongCount(v); ++i, ++at) {
+            ASSERT_EQ(records[at].Row.Get(Column::Filename), catalogue.Fields(v, i)[kKeyPath - 1]);
+            ASSERT_EQ(records[at].Row.Get(Column::Volume), catalogue.VolumeName(v));
+        }
+    }
+    const std::vector<DupeListed> listed = GroupDuplicates(records, 0, kSourceVirtual);
+    ASSERT_GT(listed.size(), total / 2);
+    for (std::size_t k = 1; k < listed.size(); ++k) {
+        if (listed[k].Group == listed[k - 1].Group) {
+            ASSERT_TRUE(EqualsNoCase(listed[k].Row.Get(Column::Title),
+                                     listed[k - 1].Row.Get(Column::Title)));
+        }
+    }
 }
 
 DupeListed Copy(std::size_t group, std::string path, std::string bitrate, std::string time,
