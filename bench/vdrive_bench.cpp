@@ -31,6 +31,7 @@
 #include <functional>
 #include <string>
 
+#include "BenchCatalogue.h"
 #include "BenchSupport.h"
 #include "browse/VirtualListing.h"
 #include "catalogue/SongFields.h"
@@ -71,46 +72,14 @@ long StatusKb(const char* field) {
     return 0;
 }
 
-jk::SongInfo SongOf(int v, int i, int folders) {
-    jk::SongInfo song;
-    song.Title = "A song title number " + std::to_string(i);
-    song.Artist = "Some Artist " + std::to_string(i % 397);
-    song.Album = "An Album Name " + std::to_string(i % 1013);
-    song.Year = "1999";
-    song.Genre = "Rock";
-    song.Time = "03:25";
-    song.Bitrate = " 192";
-    song.Size = std::to_string(3000000 + i);
-    song.Date = "2/26/00 11:22:33 PM";
-    song.LastUsed = "20240101120000";
-    song.Path = "/media/ann/Disc" + std::to_string(v) + "/Artist " + std::to_string(i % folders) +
-                "/Album " + std::to_string(i % 7) + "/" + std::to_string(i) + " - Track.mp3";
-    song.Volume = "Disc" + std::to_string(v);
-    return song;
-}
-
 // Writes master.dat in a child process, so that its memory counts in no figure of ours. A save
 // of this program writes each volume sorted by path (the tree sorted it at start-up).
 void Generate(const std::string& path, int volumes, int perVolume, bool sorted) {
     const pid_t child = ::fork();
     if (child == 0) {
-        jk::VolumeTable table;
-        for (int v = 0; v < volumes; ++v) {
-            table.emplace_back("Disc" + std::to_string(v));
-            for (int i = 0; i < perVolume; ++i) {
-                table.back().Append(SongOf(v, i, 200));
-            }
-            if (sorted) {
-                table.back().SortByPath();
-            }
-        }
-        std::ofstream out(path, std::ios::binary);
-        jk::WriteVolumes(table, [&out](std::string_view piece) {
-            out.write(piece.data(), static_cast<std::streamsize>(piece.size()));
-            return true;
-        });
-        out.close();
-        ::_exit(out ? 0 : 1);
+        const bool written = jkbench::WriteMasterFile(
+            path, jkbench::CatalogueVolumes(volumes, perVolume, 200, sorted));
+        ::_exit(written ? 0 : 1);
     }
     int status = 0;
     ::waitpid(child, &status, 0);
@@ -385,10 +354,10 @@ int main(int argc, char** argv) {
     jk::VolumeTable big;
     big.emplace_back("Big");
     for (int i = 0; i < 100000; ++i) {
-        jk::SongInfo song = SongOf(0, i, 20);
-        song.Path =
-            "/media/ann/Big/Artist " + std::to_string(i % 20) + "/" + std::to_string(i) + ".mp3";
-        big[0].Append(song);
+        big[0].Append(jkbench::CatalogueSong(
+            "Disc0",
+            "/media/ann/Big/Artist " + std::to_string(i % 20) + "/" + std::to_string(i) + ".mp3",
+            i));
     }
     jk::AddVolumeTree(big[0]);
     Timing click;

@@ -39,6 +39,7 @@
 #include <QMessageBox>
 #include <QTimer>
 
+#include "BenchCatalogue.h"
 #include "app/Session.h"
 #include "app/ui/DesktopProgram.h"
 #include "app/ui/ListPane.h"
@@ -103,47 +104,9 @@ void WriteIni(const std::string& folder) {
            "NeverAskSave=0\r\n";
 }
 
-jk::SongInfo SongOf(const std::string& volume, const std::string& path, int i) {
-    jk::SongInfo song;
-    song.Title = "A song title number " + std::to_string(i);
-    song.Artist = "Some Artist " + std::to_string(i % 397);
-    song.Album = "An Album Name " + std::to_string(i % 1013);
-    song.Year = "1999";
-    song.Genre = "Rock";
-    song.Time = "03:25";
-    song.Bitrate = " 192";
-    song.Size = std::to_string(3000000 + i);
-    song.Date = "2/26/00 11:22:33 PM";
-    song.LastUsed = "20240101120000";
-    song.Path = path;
-    song.Volume = volume;
-    return song;
-}
-
-void WriteMaster(const std::string& path, const jk::VolumeTable& table) {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    jk::WriteVolumes(table, [&out](std::string_view piece) {
-        out.write(piece.data(), static_cast<std::streamsize>(piece.size()));
-        return true;
-    });
-}
-
 // 100 volumes of 10,000 songs in 200 folders each, sorted by path as a save writes them.
 void WriteHundredVolumes(const std::string& path) {
-    jk::VolumeTable table;
-    for (int v = 0; v < 100; ++v) {
-        const std::string name = "Disc" + std::to_string(v);
-        table.emplace_back(name);
-        for (int i = 0; i < 10000; ++i) {
-            table.back().Append(SongOf(name,
-                                       "/media/ann/" + name + "/Artist " + std::to_string(i % 200) +
-                                           "/Album " + std::to_string(i % 7) + "/" +
-                                           std::to_string(i) + " - Track.mp3",
-                                       i));
-        }
-        table.back().SortByPath();
-    }
-    WriteMaster(path, table);
+    jkbench::WriteMasterFile(path, jkbench::CatalogueVolumes(100, 10000, 200, true));
 }
 
 // One volume "Big" of 100,000 songs in 20 folders of 5,000.
@@ -151,13 +114,13 @@ void WriteBigVolume(const std::string& path) {
     jk::VolumeTable table;
     table.emplace_back("Big");
     for (int i = 0; i < 100000; ++i) {
-        table.back().Append(SongOf(
+        table.back().Append(jkbench::CatalogueSong(
             "Big",
             "/media/ann/Big/Artist " + std::to_string(i % 20) + "/" + std::to_string(i) + ".mp3",
             i));
     }
     table.back().SortByPath();
-    WriteMaster(path, table);
+    jkbench::WriteMasterFile(path, table);
 }
 
 int VirtualMain(std::string work, int runs) {

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "playback/MpvProtocol.h"
+#include "util/JsonString.h"
 
 // Called by libFuzzer, or by the replay of tests/tools/fuzz_replay.cpp.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
@@ -17,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     (void)jk::ParseMpvLine(bytes);
 
     std::string line = "{\"data\":";
-    jk::AppendMpvString(line, bytes);
+    jk::AppendJsonString(line, bytes);
     line += ",\"request_id\":7}";
     const auto reply = jk::ParseMpvLine(line);
     if (!reply || reply->data.type != jk::MpvData::Type::Text || reply->data.text != bytes ||

@@ -2,52 +2,26 @@
 
 #include <cmath>
 
+#include "util/JsonString.h"
 #include "util/Text.h"
 #include "util/Utf8.h"
 
 namespace jk {
 
 std::string JsonQuoted(std::string_view text) {
-    static constexpr char kHex[] = "0123456789abcdef";
     std::string out;
     out.reserve(text.size() + 2);
-    out.push_back('"');
+    if (IsValidUtf8(text)) {
+        AppendJsonString(out, text);
+        return out;
+    }
+    std::string valid;
+    valid.reserve(text.size() + 8);
     std::size_t pos = 0;
     while (pos < text.size()) {
-        const char32_t cp = DecodeUtf8At(text, pos);
-        switch (cp) {
-            case U'"':
-                out += "\\\"";
-                break;
-            case U'\\':
-                out += "\\\\";
-                break;
-            case U'\b':
-                out += "\\b";
-                break;
-            case U'\f':
-                out += "\\f";
-                break;
-            case U'\n':
-                out += "\\n";
-                break;
-            case U'\r':
-                out += "\\r";
-                break;
-            case U'\t':
-                out += "\\t";
-                break;
-            default:
-                if (cp < 0x20) {
-                    out += "\\u00";
-                    out.push_back(kHex[cp >> 4]);
-                    out.push_back(kHex[cp & 0xF]);
-                } else {
-                    AppendUtf8(out, cp);
-                }
-        }
+        AppendUtf8(valid, DecodeUtf8At(text, pos));
     }
-    out.push_back('"');
+    AppendJsonString(out, valid);
     return out;
 }
 

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "util/JsonString.h"
 #include "util/Text.h"
 #include "util/Utf8.h"
 
@@ -272,40 +273,6 @@ private:
 
 }  // namespace
 
-void AppendMpvString(std::string& out, std::string_view text) {
-    static constexpr char kHex[] = "0123456789abcdef";
-    out.push_back('"');
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        switch (c) {
-            case '"':
-                out += "\\\"";
-                break;
-            case '\\':
-                out += "\\\\";
-                break;
-            case '\n':
-                out += "\\n";
-                break;
-            case '\r':
-                out += "\\r";
-                break;
-            case '\t':
-                out += "\\t";
-                break;
-            default:
-                if (byte < 0x20 || byte == 0x7F) {
-                    out += "\\u00";
-                    out.push_back(kHex[byte >> 4]);
-                    out.push_back(kHex[byte & 0xF]);
-                } else {
-                    out.push_back(c);
-                }
-        }
-    }
-    out.push_back('"');
-}
-
 std::string MpvCommandLine(std::span<const MpvArg> command, std::int64_t requestId) {
     std::string line = "{\"command\":[";
     bool first = true;
@@ -315,7 +282,7 @@ std::string MpvCommandLine(std::span<const MpvArg> command, std::int64_t request
         }
         first = false;
         if (const auto* text = std::get_if<std::string_view>(&arg)) {
-            AppendMpvString(line, *text);
+            AppendJsonString(line, *text);
         } else if (const auto* whole = std::get_if<std::int64_t>(&arg)) {
             line += std::to_string(*whole);
         } else if (const auto* fraction = std::get_if<double>(&arg)) {

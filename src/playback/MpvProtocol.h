@@ -41,7 +41,4 @@ struct MpvMessage {
 // One line from mpv; nullopt when it is not a JSON object.
 std::optional<MpvMessage> ParseMpvLine(std::string_view line);
 
-// A JSON text in double quotes, escaped as above.
-void AppendMpvString(std::string& out, std::string_view text);
-
 }  // namespace jk

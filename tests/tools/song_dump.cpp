@@ -10,40 +10,14 @@
 
 #include "metadata/SongFileReader.h"
 #include "util/FileIo.h"
+#include "util/JsonString.h"
 
 namespace {
 
 std::string JsonString(std::string_view text) {
-    std::string out = "\"";
-    for (const char c : text) {
-        const auto b = static_cast<unsigned char>(c);
-        switch (c) {
-            case '"':
-                out += "\\\"";
-                break;
-            case '\\':
-                out += "\\\\";
-                break;
-            case '\n':
-                out += "\\n";
-                break;
-            case '\r':
-                out += "\\r";
-                break;
-            case '\t':
-                out += "\\t";
-                break;
-            default:
-                if (b < 0x20) {
-                    char escaped[8];
-                    std::snprintf(escaped, sizeof escaped, "\\u%04x", b);
-                    out += escaped;
-                } else {
-                    out.push_back(c);
-                }
-        }
-    }
-    return out + "\"";
+    std::string out;
+    jk::AppendJsonString(out, text);
+    return out;
 }
 
 std::string SongJson(const jk::SongInfo& song) {

@@ -20,6 +20,7 @@
 
 #include "app/ProfileFile.h"
 #include "app/Session.h"
+#include "app/ui/DesktopProgram.h"
 #include "playback/SongRows.h"
 
 namespace jk::test {
@@ -97,6 +98,21 @@ inline void WritePreviousRun(const QTemporaryDir& dir, const QByteArray& more = 
     QVERIFY(ini.open(QIODevice::WriteOnly));
     ini.write("[INIexists]\r\nCheck=1\r\n[WindowPosition]\r\nWidth=9000\r\nHeight=6000\r\n" + more);
 }
+
+// A desktop program started over a fresh data folder that holds a previous run's settings.
+struct StartedProgram {
+    StartedProgram() : program(Prepared(dir), data) { program.Start(); }
+
+    QTemporaryDir dir;
+    SessionData data;
+    DesktopProgram program;
+
+private:
+    static std::string Prepared(const QTemporaryDir& folder) {
+        WritePreviousRun(folder);
+        return FolderOf(folder);
+    }
+};
 
 // A playlist of `count` songs that changed since it was saved.
 inline void GiveUnsavedRows(Session& session, int count) {

@@ -166,11 +166,9 @@ void DesktopSkeleton::anUnsavedPlaylistIsAskedForAndCancelKeepsTheWindowOpen() {
 }
 
 void DesktopSkeleton::yesAtClosingSavesTheListWhereItCameFrom() {
-    QTemporaryDir dir;
-    WritePreviousRun(dir);
-    jk::SessionData data;
-    jk::DesktopProgram program(FolderOf(dir), data);
-    program.Start();
+    jk::test::StartedProgram started;
+    QTemporaryDir& dir = started.dir;
+    jk::DesktopProgram& program = started.program;
     jk::PlaylistState& list = program.State().Playlist;
     GiveUnsavedRows(program.State(), 2);
     list.CurrentList = "mine.m3u";
@@ -189,11 +187,9 @@ void DesktopSkeleton::yesAtClosingSavesTheListWhereItCameFrom() {
 }
 
 void DesktopSkeleton::aSaveThatFailsAtClosingSaysUhOh() {
-    QTemporaryDir dir;
-    WritePreviousRun(dir);
-    jk::SessionData data;
-    jk::DesktopProgram program(FolderOf(dir), data);
-    program.Start();
+    jk::test::StartedProgram started;
+    QTemporaryDir& dir = started.dir;
+    jk::DesktopProgram& program = started.program;
     GiveUnsavedRows(program.State(), 1);
     program.State().Playlist.CurrentList = "mine.m3u";
     // The list's folder is a file, so the list cannot be written.
@@ -210,11 +206,9 @@ void DesktopSkeleton::aSaveThatFailsAtClosingSaysUhOh() {
 }
 
 void DesktopSkeleton::savingAnUntitledListNamesItInTheCaption() {
-    QTemporaryDir dir;
-    WritePreviousRun(dir);
-    jk::SessionData data;
-    jk::DesktopProgram program(FolderOf(dir), data);
-    program.Start();
+    jk::test::StartedProgram started;
+    QTemporaryDir& dir = started.dir;
+    jk::DesktopProgram& program = started.program;
     jk::Main& main = program.MainWindow();
     QCOMPARE(main.windowTitle(), QStringLiteral("Untitled - Ostrel Jukarra 2.62"));
 

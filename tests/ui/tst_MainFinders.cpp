@@ -32,11 +32,8 @@ private Q_SLOTS:
 };
 
 void MainFindersTest::theItemsOpenTheFindersOnce() {
-    QTemporaryDir dir;
-    WritePreviousRun(dir);
-    jk::SessionData data;
-    jk::DesktopProgram program(FolderOf(dir), data);
-    program.Start();
+    jk::test::StartedProgram started;
+    jk::DesktopProgram& program = started.program;
     jk::Main& main = program.MainWindow();
     for (const char* name : {"Wizard_Search", "DupeWiz", "Wizard_Selection"}) {
         QVERIFY2(main.Action(name)->isEnabled(), name);
@@ -60,11 +57,8 @@ void MainFindersTest::theItemsOpenTheFindersOnce() {
 }
 
 void MainFindersTest::searchResultsReachThePlaylist() {
-    QTemporaryDir dir;
-    WritePreviousRun(dir);
-    jk::SessionData data;
-    jk::DesktopProgram program(FolderOf(dir), data);
-    program.Start();
+    jk::test::StartedProgram started;
+    jk::DesktopProgram& program = started.program;
     jk::Main& main = program.MainWindow();
     const std::size_t before = program.State().Playlist.Rows.size();
 

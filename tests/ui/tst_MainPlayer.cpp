@@ -67,6 +67,30 @@ private:
     std::vector<std::string>& m_calls;
 };
 
+// A started desktop program over a fresh data folder whose player is a RecordingPlayer writing
+// to `calls`; `player` is the one made last.
+struct RecordedProgram {
+    RecordedProgram() {
+        WritePreviousRun(dir);
+        data.UsePlayer(&bridge);
+        program = std::make_unique<jk::DesktopProgram>(FolderOf(dir), data);
+        program->UsePlayer(bridge);
+        program->Start();
+    }
+
+    QTemporaryDir dir;
+    std::vector<std::string> calls;
+    RecordingPlayer* player = nullptr;
+    jk::SystemPlayerPlatform platform;
+    jk::PlayerBridge bridge{platform, {}, [this](const jk::PlayerTarget&) {
+                                auto made = std::make_unique<RecordingPlayer>(calls);
+                                player = made.get();
+                                return made;
+                            }};
+    jk::SessionData data;
+    std::unique_ptr<jk::DesktopProgram> program;
+};
+
 }  // namespace
 
 class MainPlayerTest : public QObject {
@@ -79,21 +103,10 @@ private Q_SLOTS:
 };
 
 void MainPlayerTest::theWindowSteersThePlayerItNames() {
-    QTemporaryDir dir;
-    WritePreviousRun(dir);
-    std::vector<std::string> calls;
-    RecordingPlayer* player = nullptr;
-    jk::SystemPlayerPlatform platform;
-    jk::PlayerBridge bridge(platform, {}, [&](const jk::PlayerTarget&) {
-        auto made = std::make_unique<RecordingPlayer>(calls);
-        player = made.get();
-        return made;
-    });
-    jk::SessionData data;
-    data.UsePlayer(&bridge);
-    jk::DesktopProgram program(FolderOf(dir), data);
-    program.UsePlayer(bridge);
-    program.Start();
+    RecordedProgram rig;
+    std::vector<std::string>& calls = rig.calls;
+    RecordingPlayer*& player = rig.player;
+    jk::DesktopProgram& program = *rig.program;
     jk::Main& main = program.MainWindow();
     jk::Session& session = program.State();
 
@@ -178,18 +191,9 @@ void MainPlayerTest::theWindowSteersThePlayerItNames() {
 }
 
 void MainPlayerTest::aPlayOfSongsOnAnAbsentDiscAsksForIt() {
-    QTemporaryDir dir;
-    WritePreviousRun(dir);
-    std::vector<std::string> calls;
-    jk::SystemPlayerPlatform platform;
-    jk::PlayerBridge bridge(platform, {}, [&](const jk::PlayerTarget&) {
-        return std::make_unique<RecordingPlayer>(calls);
-    });
-    jk::SessionData data;
-    data.UsePlayer(&bridge);
-    jk::DesktopProgram program(FolderOf(dir), data);
-    program.UsePlayer(bridge);
-    program.Start();
+    RecordedProgram rig;
+    std::vector<std::string>& calls = rig.calls;
+    jk::DesktopProgram& program = *rig.program;
     jk::Main& main = program.MainWindow();
     jk::Session& session = program.State();
     session.Settings.PlayerExes[1] = "/usr/bin/mpv";
@@ -206,7 +210,7 @@ void MainPlayerTest::aPlayOfSongsOnAnAbsentDiscAsksForIt() {
     session.Virtual.Volumes.push_back(std::move(volume));
     session.Virtual.Discs.push_back(
         {"SUMMER_99", "SUMMER99", "", "iso9660", "/media/ann/SUMMER_99", "20260101120000"});
-    const std::string here = FolderOf(dir) + "here.mp3";
+    const std::string here = FolderOf(rig.dir) + "here.mp3";
     QFile(QString::fromStdString(here)).open(QIODevice::WriteOnly);
     int listings = 0;
     jk::MountedDiscs mounted;
@@ -291,21 +295,10 @@ void MainPlayerTest::aPlayOfSongsOnAnAbsentDiscAsksForIt() {
 }
 
 void MainPlayerTest::aLongListShowsItsProgressWhileItLoads() {
-    QTemporaryDir dir;
-    WritePreviousRun(dir);
-    std::vector<std::string> calls;
-    RecordingPlayer* player = nullptr;
-    jk::SystemPlayerPlatform platform;
-    jk::PlayerBridge bridge(platform, {}, [&](const jk::PlayerTarget&) {
-        auto made = std::make_unique<RecordingPlayer>(calls);
-        player = made.get();
-        return made;
-    });
-    jk::SessionData data;
-    data.UsePlayer(&bridge);
-    jk::DesktopProgram program(FolderOf(dir), data);
-    program.UsePlayer(bridge);
-    program.Start();
+    RecordedProgram rig;
+    std::vector<std::string>& calls = rig.calls;
+    RecordingPlayer*& player = rig.player;
+    jk::DesktopProgram& program = *rig.program;
     jk::Main& main = program.MainWindow();
     jk::Session& session = program.State();
     session.Settings.PlayerExes[1] = "/usr/bin/mpv";

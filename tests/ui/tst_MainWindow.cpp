@@ -283,11 +283,9 @@ private Q_SLOTS:
 };
 
 void MainWindowTest::everyItemOfTheCommandSurfaceStandsWithItsCaptionInOrder() {
-    QTemporaryDir dir;
-    WritePreviousRun(dir);
-    jk::SessionData data;
-    jk::DesktopProgram program(FolderOf(dir), data);
-    program.Start();
+    jk::test::StartedProgram started;
+    jk::SessionData& data = started.data;
+    jk::DesktopProgram& program = started.program;
     jk::Main& main = program.MainWindow();
 
     std::size_t next = 0;
@@ -400,11 +398,8 @@ void MainWindowTest::firstRunWelcomesThenOpensTheSetupBrowserHook() {
 }
 
 void MainWindowTest::aFolderOfSongsListsInTheFilesPane() {
-    QTemporaryDir dir;
-    WritePreviousRun(dir);
-    jk::SessionData data;
-    jk::DesktopProgram program(FolderOf(dir), data);
-    program.Start();
+    jk::test::StartedProgram started;
+    jk::DesktopProgram& program = started.program;
     jk::Main& main = program.MainWindow();
     main.OpenFolder(SongsFolder().toStdString());
 
@@ -437,11 +432,9 @@ void MainWindowTest::aFolderOfSongsListsInTheFilesPane() {
 }
 
 void MainWindowTest::addSaveAndReopenFollowTheCaption() {
-    QTemporaryDir dir;
-    WritePreviousRun(dir);
-    jk::SessionData data;
-    jk::DesktopProgram program(FolderOf(dir), data);
-    program.Start();
+    jk::test::StartedProgram started;
+    QTemporaryDir& dir = started.dir;
+    jk::DesktopProgram& program = started.program;
     jk::Main& main = program.MainWindow();
     main.OpenFolder(SongsFolder().toStdString());
 
@@ -481,11 +474,8 @@ void MainWindowTest::addSaveAndReopenFollowTheCaption() {
 }
 
 void MainWindowTest::editingCommandsMoveRowsAndMarkTheListChanged() {
-    QTemporaryDir dir;
-    WritePreviousRun(dir);
-    jk::SessionData data;
-    jk::DesktopProgram program(FolderOf(dir), data);
-    program.Start();
+    jk::test::StartedProgram started;
+    jk::DesktopProgram& program = started.program;
     jk::Main& main = program.MainWindow();
     main.OpenFolder(SongsFolder().toStdString());
     main.GetDir_Click();
@@ -691,11 +681,8 @@ void MainWindowTest::aSavedGeometryOffEveryScreenComesBackCentred() {
 }
 
 void MainWindowTest::theSetupWindowsOpenAndOkayReachesTheMainWindow() {
-    QTemporaryDir dir;
-    WritePreviousRun(dir);
-    jk::SessionData data;
-    jk::DesktopProgram program(FolderOf(dir), data);
-    program.Start();
+    jk::test::StartedProgram started;
+    jk::DesktopProgram& program = started.program;
     jk::Main& main = program.MainWindow();
 
     // Each command opens its window modally over the main window.
@@ -773,11 +760,8 @@ void MainWindowTest::cancelAtClosingWritesNothing() {
 void MainWindowTest::screenshotOfTheWindowWithAFolderAndAPlaylist() {
     // Under Xvfb (JUKARRA_SCREENSHOT_DIR names a folder) the window is grabbed for a person to
     // look at; the offscreen run checks that it paints.
-    QTemporaryDir dir;
-    WritePreviousRun(dir);
-    jk::SessionData data;
-    jk::DesktopProgram program(FolderOf(dir), data);
-    program.Start();
+    jk::test::StartedProgram started;
+    jk::DesktopProgram& program = started.program;
     jk::Main& main = program.MainWindow();
     main.resize(1280, 800);
     main.OpenFolder(SongsFolder().toStdString());

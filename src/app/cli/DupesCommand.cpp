@@ -124,10 +124,7 @@ int RunDupes(CliContext& context, std::span<const std::string> args) {
     if (list != nullptr) {
         const std::string listPath = FullPathOf(*list);
         PlaylistState playlist;
-        const ListReadResult read = OpenList(playlist, listPath, CachedSongSource(run.Lookup()),
-                                             ListSettingsOf(session.Settings));
-        if (!read.Ok()) {
-            PrintError(ListErrorLine(listPath, read.error));
+        if (!run.OpenListFile(playlist, listPath)) {
             return FinishOutput(kExitFailed);
         }
         LoadRowsSource(playlist.Rows, kSourcePlaylist, records);
@@ -140,11 +137,7 @@ int RunDupes(CliContext& context, std::span<const std::string> args) {
         }
         PosixFolderLister lister;
         RowList files;
-        ScanSetup setup;
-        setup.Lister = &lister;
-        setup.FilterMode = session.Settings.FilterMode;
-        setup.Lookup = &run.Lookup();
-        GetFolderNow(path, files, setup);
+        GetFolderNow(path, files, run.Walk(lister));
         LoadRowsSource(files, kSourceFolder, records);
     }
     if (virtualDrives) {

@@ -96,14 +96,7 @@ int RunPlay(CliContext& context, std::span<const std::string> args) {
     {
         PosixFolderLister lister;
         ProgressLine status;
-        ScanSetup walk;
-        walk.Lister = &lister;
-        walk.FilterMode = session.Settings.FilterMode;
-        walk.Lookup = &lookup;
-        walk.Progress = [&status](const ScanProgress& step) {
-            status.Show(step.Status);
-            return true;
-        };
+        const ScanSetup walk = run.Walk(lister, &status);
         for (const std::string& operand : parsed.operands) {
             allFound = AddRows(session, FullPathOf(operand), lookup, walk, rows) && allFound;
         }

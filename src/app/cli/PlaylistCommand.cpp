@@ -116,15 +116,10 @@ int Add(CliContext& context, std::span<const std::string> args) {
     SongLookupRun run(context, true);
     Session& session = run.TheSession();
     SongLookup& lookup = run.Lookup();
-    const ListSettings settings = ListSettingsOf(session.Settings);
     PlaylistState& list = session.Playlist;
     bool allAdded = true;
     if (StatPath(listPath).exists) {
-        const ListReadResult read = OpenList(list, listPath, CachedSongSource(lookup), settings);
-        if (!read.Ok()) {
-            PrintError(ListErrorLine(listPath, read.error));
-            allAdded = false;
-        }
+        allAdded = run.OpenListFile(list, listPath);
     } else {
         NewList(list);
     }
@@ -132,14 +127,7 @@ int Add(CliContext& context, std::span<const std::string> args) {
     if (allAdded) {
         PosixFolderLister lister;
         ProgressLine status;
-        ScanSetup walk;
-        walk.Lister = &lister;
-        walk.FilterMode = session.Settings.FilterMode;
-        walk.Lookup = &lookup;
-        walk.Progress = [&status](const ScanProgress& step) {
-            status.Show(step.Status);
-            return true;
-        };
+        const ScanSetup walk = run.Walk(lister, &status);
         for (const std::string& path : paths) {
             allAdded = AddPath(session, path, lookup, walk, status) && allAdded;
         }
@@ -148,16 +136,7 @@ int Add(CliContext& context, std::span<const std::string> args) {
 
     // A PATH that could not be added leaves FILE as it was, so that the command can simply
     // be run again once the PATH is put right.
-    int result = kExitFailed;
-    if (allAdded) {
-        const SaveResult saved =
-            SaveList(list, settings, [&listPath]() -> const std::string& { return listPath; });
-        if (saved.outcome == SaveOutcome::Failed) {
-            PrintError(SaveFailedLine(saved.reason));
-        } else {
-            result = kExitOk;
-        }
-    }
+    const int result = allAdded && run.SaveListFile(list, listPath) ? kExitOk : kExitFailed;
     const int cacheSaved = run.Finish();
     return FinishOutput(result != kExitOk ? result : cacheSaved);
 }

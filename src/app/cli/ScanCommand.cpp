@@ -64,7 +64,6 @@ int RunScan(CliContext& context, std::span<const std::string> args) {
 
     SongLookupRun run(context, false);
     Session& session = run.TheSession();
-    SongLookup& lookup = run.Lookup();
     PosixFolderLister lister;
     InterruptStop interrupt;
 
@@ -77,10 +76,7 @@ int RunScan(CliContext& context, std::span<const std::string> args) {
         output.Show(step.Status);
         return !interrupt.Requested();
     };
-    ScanSetup setup;
-    setup.Lister = &lister;
-    setup.FilterMode = session.Settings.FilterMode;
-    setup.Lookup = &lookup;
+    ScanSetup setup = run.Walk(lister);
     setup.Progress = progress;
 
     PrintRowHeader(json);

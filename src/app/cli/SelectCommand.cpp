@@ -50,13 +50,7 @@ int RunSelect(CliContext& context, std::span<const std::string> args) {
     }
     const bool json = parsed.Has("--json");
     const std::string listPath = FullPathOf(parsed.operands[1]);
-    const ListReadResult read = OpenList(session.Playlist, listPath, CachedSongSource(run.Lookup()),
-                                         ListSettingsOf(session.Settings));
-    int status = kExitOk;
-    if (!read.Ok()) {
-        PrintError(ListErrorLine(listPath, read.error));
-        status = kExitFailed;
-    }
+    const int status = run.OpenListFile(session.Playlist, listPath) ? kExitOk : kExitFailed;
     RowList& rows = session.Playlist.Rows;
     SelectRows(rows, TextQuery(choice.Text, choice.CaseSensitive), choice.Fields, false);
     PrintRowHeader(json);

@@ -58,12 +58,8 @@ int RunShuffle(CliContext& context, std::span<const std::string> args) {
 
     SongLookupRun run(context, write);
     Session& session = run.TheSession();
-    SongLookup& lookup = run.Lookup();
-    const ListSettings settings = ListSettingsOf(session.Settings);
     PlaylistState& list = session.Playlist;
-    const ListReadResult read = OpenList(list, listPath, CachedSongSource(lookup), settings);
-    if (!read.Ok()) {
-        PrintError(ListErrorLine(listPath, read.error));
+    if (!run.OpenListFile(list, listPath)) {
         run.Finish();
         return FinishOutput(kExitFailed);
     }
@@ -78,15 +74,7 @@ int RunShuffle(CliContext& context, std::span<const std::string> args) {
         PrintOut(row.Get(Column::Filename));
     }
 
-    int status = kExitOk;
-    if (write) {
-        const SaveResult saved =
-            SaveList(list, settings, [&listPath]() -> const std::string& { return listPath; });
-        if (saved.outcome == SaveOutcome::Failed) {
-            PrintError(SaveFailedLine(saved.reason));
-            status = kExitFailed;
-        }
-    }
+    const int status = write && !run.SaveListFile(list, listPath) ? kExitFailed : kExitOk;
     const int cacheSaved = run.Finish();
     return FinishOutput(status != kExitOk ? status : cacheSaved);
 }

@@ -7,8 +7,11 @@
 #include "app/cli/CliContext.h"
 #include "app/cli/CliRegistry.h"
 #include "app/cli/CommandOutput.h"
+#include "app/cli/ProgressLine.h"
 #include "platform/Drives.h"
 #include "platform/InstanceLock.h"
+#include "playback/CachedSongSource.h"
+#include "playback/PlaylistCommands.h"
 
 namespace jk {
 
@@ -80,5 +83,39 @@ SongLookupRun::SongLookupRun(CliContext& context, bool writeAccess)
     : m_saving(context, writeAccess),
       m_session(SongSession(context)),
       m_lookup(BeginLookups(m_saving, m_session)) {}
+
+ScanSetup SongLookupRun::Walk(FolderLister& lister, ProgressLine* status) {
+    ScanSetup walk;
+    walk.Lister = &lister;
+    walk.FilterMode = m_session.Settings.FilterMode;
+    walk.Lookup = &m_lookup;
+    if (status != nullptr) {
+        walk.Progress = [status](const ScanProgress& step) {
+            status->Show(step.Status);
+            return true;
+        };
+    }
+    return walk;
+}
+
+bool SongLookupRun::OpenListFile(PlaylistState& list, const std::string& listPath) {
+    const ListReadResult read =
+        OpenList(list, listPath, CachedSongSource(m_lookup), ListSettingsOf(m_session.Settings));
+    if (!read.Ok()) {
+        PrintError(ListErrorLine(listPath, read.error));
+        return false;
+    }
+    return true;
+}
+
+bool SongLookupRun::SaveListFile(PlaylistState& list, const std::string& listPath) {
+    const SaveResult saved = SaveList(list, ListSettingsOf(m_session.Settings),
+                                      [&listPath]() -> const std::string& { return listPath; });
+    if (saved.outcome == SaveOutcome::Failed) {
+        PrintError(SaveFailedLine(saved.reason));
+        return false;
+    }
+    return true;
+}
 
 }  // namespace jk

@@ -7,12 +7,15 @@
 #include <memory>
 #include <string>
 
+#include "browse/FolderScan.h"
 #include "catalogue/GetSongInfo.h"
 
 namespace jk {
 
 class CliContext;
 class InstanceLock;
+class ProgressLine;
+struct PlaylistState;
 struct Session;
 
 // The started session with the cache emptied, and held back from saving, when a --set
@@ -59,6 +62,16 @@ public:
     SongLookup& Lookup() { return m_lookup; }
     // LookupSaving::Finish.
     int Finish() { return m_saving.Finish(m_session); }
+
+    // A walk of folders listed by `lister`, with the session's file filter and this run's
+    // lookups; its status shown on `status` when one is given.
+    ScanSetup Walk(FolderLister& lister, ProgressLine* status = nullptr);
+    // Reads the list file at `listPath` into `list` with the session's list settings, its songs
+    // through this run's lookups. When that fails, says why on standard error and returns false
+    // (the rows read before the fault stay).
+    bool OpenListFile(PlaylistState& list, const std::string& listPath);
+    // Saves `list` to `listPath`; when that fails, says why and returns false.
+    bool SaveListFile(PlaylistState& list, const std::string& listPath);
 
 private:
     LookupSaving m_saving;

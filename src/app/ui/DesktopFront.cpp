@@ -5,7 +5,6 @@
 
 #include <QAction>
 #include <QGuiApplication>
-#include <QMessageBox>
 #include <QScreen>
 
 #include "app/Session.h"
@@ -13,6 +12,7 @@
 #include "app/ui/MainPlayer.h"
 #include "app/ui/MainWindow.h"
 #include "app/ui/Splash.h"
+#include "ui/common/MessageBoxes.h"
 
 namespace jk {
 
@@ -20,22 +20,6 @@ namespace {
 
 QString FromView(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-QMessageBox::Icon IconOf(MessageIcon icon) {
-    switch (icon) {
-        case MessageIcon::Information:
-            return QMessageBox::Information;
-        case MessageIcon::Question:
-            return QMessageBox::Question;
-        case MessageIcon::Warning:
-            return QMessageBox::Warning;
-        case MessageIcon::Critical:
-            return QMessageBox::Critical;
-        case MessageIcon::None:
-            break;
-    }
-    return QMessageBox::NoIcon;
 }
 
 // The available areas of the screens, the window's own (or the primary) first.
@@ -237,27 +221,12 @@ void DesktopFront::SetPanelText(std::string_view text) {
 }
 
 SaveAnswer DesktopFront::AskSaveList(const UserMessage& question) {
-    QMessageBox box(IconOf(question.icon), QString::fromStdString(question.title),
-                    QString::fromStdString(question.text),
-                    QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, MessageParent());
-    box.setDefaultButton(QMessageBox::Yes);
-    box.setEscapeButton(QMessageBox::Cancel);
-    switch (box.exec()) {
-        case QMessageBox::Yes:
-            return SaveAnswer::Yes;
-        case QMessageBox::No:
-            return SaveAnswer::No;
-        default:
-            return SaveAnswer::Cancel;
-    }
+    return AskYesNoCancel(MessageParent(), question, BoxIcon(question.icon));
 }
 
 bool DesktopFront::AskYesNo(const UserMessage& question) {
-    QMessageBox box(IconOf(question.icon), QString::fromStdString(question.title),
-                    QString::fromStdString(question.text), QMessageBox::Yes | QMessageBox::No,
-                    MessageParent());
-    box.setDefaultButton(QMessageBox::Yes);
-    return box.exec() == QMessageBox::Yes;
+    return AskInBox(MessageParent(), question, BoxIcon(question.icon),
+                    QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) == QMessageBox::Yes;
 }
 
 void DesktopFront::SaveListClick() {
@@ -283,9 +252,7 @@ void DesktopFront::ShowMessage(const UserMessage& message) {
         std::fprintf(stderr, "jukarra: %s %s\n", message.title.c_str(), message.text.c_str());
         return;
     }
-    QMessageBox box(IconOf(message.icon), QString::fromStdString(message.title),
-                    QString::fromStdString(message.text), QMessageBox::Ok, MessageParent());
-    box.exec();
+    ShowMessageBox(MessageParent(), message, BoxIcon(message.icon));
 }
 
 }  // namespace jk

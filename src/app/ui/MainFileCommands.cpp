@@ -3,7 +3,6 @@
 
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QMessageBox>
 
 #include "app/FileTransferPlan.h"
 #include "app/PaneActions.h"
@@ -16,33 +15,16 @@
 #include "playback/ListWriting.h"
 #include "playback/PlaylistCommands.h"
 #include "playback/ui/PlaylistModel.h"
+#include "ui/common/MessageBoxes.h"
 
 namespace jk {
 
 namespace {
 
-SaveAnswer AskYesNoCancel(QWidget* parent, const UserMessage& question) {
-    QMessageBox box(QMessageBox::Question, QString::fromStdString(question.title),
-                    QString::fromStdString(question.text),
-                    QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, parent);
-    box.setDefaultButton(QMessageBox::Yes);
-    box.setEscapeButton(QMessageBox::Cancel);
-    switch (box.exec()) {
-        case QMessageBox::Yes:
-            return SaveAnswer::Yes;
-        case QMessageBox::No:
-            return SaveAnswer::No;
-        default:
-            return SaveAnswer::Cancel;
-    }
-}
-
 void Tell(QWidget* parent, const UserMessage& message) {
-    QMessageBox box(
-        message.icon == MessageIcon::Warning ? QMessageBox::Warning : QMessageBox::Information,
-        QString::fromStdString(message.title), QString::fromStdString(message.text),
-        QMessageBox::Ok, parent);
-    box.exec();
+    ShowMessageBox(
+        parent, message,
+        message.icon == MessageIcon::Warning ? QMessageBox::Warning : QMessageBox::Information);
 }
 
 }  // namespace
@@ -86,7 +68,9 @@ void Main::TellSaveFailed(const std::string& reason) {
 
 bool Main::ReadyToDropList() {
     DropListFrontEnd frontEnd;
-    frontEnd.ask = [this](const UserMessage& question) { return AskYesNoCancel(this, question); };
+    frontEnd.ask = [this](const UserMessage& question) {
+        return AskYesNoCancel(this, question, QMessageBox::Question);
+    };
     frontEnd.chooseSavePath = [this] {
         return ChooseDialogPath(PathQuestion::SaveList).toStdString();
     };

@@ -1,9 +1,9 @@
 #include "app/ui/PlayQuestions.h"
 
-#include <QMessageBox>
 #include <QPointer>
 
 #include "playback/RunPlaylist.h"
+#include "ui/common/MessageBoxes.h"
 
 namespace jk {
 
@@ -11,10 +11,7 @@ namespace {
 
 bool Ask(QWidget* parent, const UserMessage& question, QMessageBox::StandardButtons buttons,
          QMessageBox::StandardButton yes) {
-    QMessageBox box(QMessageBox::Question, QString::fromStdString(question.title),
-                    QString::fromStdString(question.text), buttons, parent);
-    box.setDefaultButton(yes);
-    return box.exec() == yes;
+    return AskInBox(parent, question, QMessageBox::Question, buttons, yes) == yes;
 }
 
 }  // namespace

@@ -3,13 +3,13 @@
 #include <QElapsedTimer>
 #include <QHeaderView>
 #include <QKeyEvent>
-#include <QMessageBox>
 #include <QMouseEvent>
 #include <QTimer>
 
 #include "app/ColumnLayout.h"
 #include "finders/ResultRows.h"
 #include "finders/TrashRows.h"
+#include "ui/common/MessageBoxes.h"
 
 namespace jk {
 
@@ -24,22 +24,6 @@ constexpr std::size_t kRowsAtOnce = 1000;
 // The rows made at once when a list is replaced: more than a window shows.
 constexpr std::size_t kFirstRows = 200;
 constexpr std::size_t kRowsFreedAtOnce = 20000;
-
-QMessageBox::Icon BoxIcon(MessageIcon icon) {
-    switch (icon) {
-        case MessageIcon::Information:
-            return QMessageBox::Information;
-        case MessageIcon::Question:
-            return QMessageBox::Question;
-        case MessageIcon::Warning:
-            return QMessageBox::Warning;
-        case MessageIcon::Critical:
-            return QMessageBox::Critical;
-        case MessageIcon::None:
-            break;
-    }
-    return QMessageBox::NoIcon;
-}
 
 }  // namespace
 
@@ -292,10 +276,8 @@ bool ResultsPane::Ask(const UserMessage& question) {
     if (m_host.Ask) {
         return m_host.Ask(question);
     }
-    QMessageBox box(BoxIcon(question.icon), QString::fromStdString(question.title),
-                    QString::fromStdString(question.text), QMessageBox::Yes | QMessageBox::No,
-                    this);
-    return box.exec() == QMessageBox::Yes;
+    return AskInBox(this, question, BoxIcon(question.icon), QMessageBox::Yes | QMessageBox::No,
+                    QMessageBox::NoButton) == QMessageBox::Yes;
 }
 
 void ResultsPane::Tell(const UserMessage& message) {
@@ -303,9 +285,7 @@ void ResultsPane::Tell(const UserMessage& message) {
         m_host.Tell(message);
         return;
     }
-    QMessageBox box(BoxIcon(message.icon), QString::fromStdString(message.title),
-                    QString::fromStdString(message.text), QMessageBox::Ok, this);
-    box.exec();
+    ShowMessageBox(this, message, BoxIcon(message.icon));
 }
 
 void ResultsPane::mousePressEvent(QMouseEvent* event) {

@@ -74,7 +74,7 @@ TEST(PlayerItems, TwinItemsOfMenusAndPopUpsDoTheSame) {
     }
 }
 
-class RunPlayItemTest : public ::testing::Test {
+class RunPlayItemTest : public ::testing::Test, protected test::FakeBridgeRig {
 protected:
     RunPlayItemTest() {
         session.AppPath = folder.Folder();
@@ -92,11 +92,6 @@ protected:
     }
 
     test::TempFolder folder;
-    test::CallLog log;
-    test::FakePlatform platform;
-    PlayerBridge bridge{platform, {}, [this](const PlayerTarget&) {
-                            return std::make_unique<test::FakeTransport>(log);
-                        }};
     Session session;
     RowList pane;
     PlayFront front;

@@ -15,7 +15,7 @@ namespace {
 
 using Calls = std::vector<std::string>;
 
-class PlayerSessionTest : public ::testing::Test {
+class PlayerSessionTest : public ::testing::Test, protected test::FakeBridgeRig {
 protected:
     PlayerSessionTest() {
         session.AppPath = folder.Folder();
@@ -38,14 +38,6 @@ protected:
     }
 
     test::TempFolder folder;
-    test::CallLog log;
-    test::FakePlatform platform;
-    test::FakeTransport* player = nullptr;
-    PlayerBridge bridge{platform, {}, [this](const PlayerTarget&) {
-                            auto made = std::make_unique<test::FakeTransport>(log);
-                            player = made.get();
-                            return made;
-                        }};
     Session session;
     RowList pane;
     PlayFront front;

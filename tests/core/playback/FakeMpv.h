@@ -12,6 +12,7 @@
 
 #include "playback/LineChannel.h"
 #include "playback/MpvProtocol.h"
+#include "util/JsonString.h"
 
 namespace jk::test {
 
@@ -111,7 +112,7 @@ private:
 
     static std::string Quote(const std::string& text) {
         std::string out;
-        AppendMpvString(out, text);
+        AppendJsonString(out, text);
         return out;
     }
 

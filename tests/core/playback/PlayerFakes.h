@@ -222,4 +222,17 @@ private:
     }
 };
 
+// A bridge over the fake platform whose transports are FakeTransports writing to `log`;
+// `player` is the one made last. Fixtures derive from it to steer a player and read its calls.
+struct FakeBridgeRig {
+    CallLog log;
+    FakePlatform platform;
+    FakeTransport* player = nullptr;
+    PlayerBridge bridge{platform, {}, [this](const PlayerTarget&) {
+                            auto made = std::make_unique<FakeTransport>(log);
+                            player = made.get();
+                            return made;
+                        }};
+};
+
 }  // namespace jk::test

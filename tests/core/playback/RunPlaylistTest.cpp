@@ -16,7 +16,7 @@ namespace {
 
 using Calls = std::vector<std::string>;
 
-class RunPlaylistTest : public ::testing::Test {
+class RunPlaylistTest : public ::testing::Test, protected test::FakeBridgeRig {
 protected:
     void Aim(std::int16_t kind, std::string path = "/usr/bin/player") {
         PlayerTarget target;
@@ -31,14 +31,6 @@ protected:
     std::string TempList() const { return folder.Read("templist.m3u"); }
 
     test::TempFolder folder;
-    test::CallLog log;
-    test::FakePlatform platform;
-    test::FakeTransport* player = nullptr;
-    PlayerBridge bridge{platform, {}, [this](const PlayerTarget&) {
-                            auto made = std::make_unique<test::FakeTransport>(log);
-                            player = made.get();
-                            return made;
-                        }};
     PlaySettings settings{.LoadMode = 0, .HighLoad = 200, .HighLoadMode = 2};
     std::vector<UserMessage> messages;
     int minimized = 0;
