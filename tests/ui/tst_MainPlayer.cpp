@@ -296,7 +296,6 @@ void MainPlayerTest::aPlayOfSongsOnAnAbsentDiscAsksForIt() {
 
 void MainPlayerTest::aLongListShowsItsProgressWhileItLoads() {
     RecordedProgram rig;
-    std::vector<std::string>& calls = rig.calls;
     RecordingPlayer*& player = rig.player;
     jk::DesktopProgram& program = *rig.program;
     jk::Main& main = program.MainWindow();

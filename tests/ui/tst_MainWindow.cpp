@@ -284,7 +284,6 @@ private Q_SLOTS:
 
 void MainWindowTest::everyItemOfTheCommandSurfaceStandsWithItsCaptionInOrder() {
     jk::test::StartedProgram started;
-    jk::SessionData& data = started.data;
     jk::DesktopProgram& program = started.program;
     jk::Main& main = program.MainWindow();
 
