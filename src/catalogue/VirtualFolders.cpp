@@ -20,10 +20,16 @@ std::string_view WithoutFinalSeparators(std::string_view path) {
     return path;
 }
 
-// The folder above a cut path ("" above a first-level folder and above the root).
+// The folder above a cut path ("" above a first-level folder and above the root). A doubled
+// separator makes no folder of its own: "/a//b" lies in "/a", where a listing of "/a/" looks.
 std::string_view CutParent(std::string_view cut) {
     const std::size_t sep = cut.find_last_of("/\\");
-    return sep == std::string_view::npos ? std::string_view() : cut.substr(0, sep);
+    std::string_view parent =
+        sep == std::string_view::npos ? std::string_view() : cut.substr(0, sep);
+    while (!parent.empty() && IsSeparator(parent.back())) {
+        parent.remove_suffix(1);
+    }
+    return parent;
 }
 
 std::string_view LastComponent(std::string_view cut) {

@@ -267,6 +267,22 @@ TEST(VirtualFoldersTest, FolderSongsAndSongsBelow) {
     EXPECT_EQ(SongsOfVirtualFolder(volume, "/rock", true), (std::vector<std::size_t>{0, 1}));
     EXPECT_EQ(SongsOfVirtualFolder(volume, "", true).size(), 3u);
     EXPECT_EQ(SplitVirtualKey("CD/rock/a").Volume, "CD");
+
+    // A doubled separator in an older catalogue's path makes no empty-named folder: each song
+    // is listed under exactly one node of the tree.
+    VirtualVolume doubled("Old");
+    doubled.Append(VolumeSong("Old", "/a//b/1.mp3"));
+    doubled.Append(VolumeSong("Old", "/a/2.mp3"));
+    std::size_t listed = 0;
+    for (const VirtualFolderNode& node : AddVolumeTree(doubled)) {
+        EXPECT_NE(node.Key, "Old/a/");
+        listed += SongsOfVirtualFolder(doubled, node.Key.substr(3), false).size();
+        if (node.Key == "Old/a//b") {
+            EXPECT_EQ(node.ParentKey, "Old/a");
+            EXPECT_EQ(node.Text, "b");
+        }
+    }
+    EXPECT_EQ(listed, 2u);
     EXPECT_EQ(SplitVirtualKey("CD/rock/a").Folder, "/rock/a");
 }
 
