@@ -9,8 +9,8 @@
 // the first of the new rows, and to it holding all of them with the statistics line shown; and
 // the longest gap between two turns of the event loop from that key to the next, measured by a
 // timer that asks to run every 5 ms. Beside them stand the window's thread's CPU times (to the
-// first rows, and the most in one turn), the steadier figures on a loaded machine. The first key
-// also waits for the index, which is built then.
+// first rows, and the most in one turn), the steadier figures on a loaded machine. The index is
+// built from the moment the window opens; the first key also waits for what is left of that.
 
 #include <algorithm>
 #include <cstdio>
@@ -291,8 +291,9 @@ int main(int argc, char** argv) {
         "\n%zu keys after the first: first rows median %lld ms, slowest %lld ms (goal <= 50; the "
         "window's CPU to them median %.1f ms, most %.1f ms, after the 30 ms pause); all rows "
         "median %lld ms; longest gap %lld ms (goal <= 100; most CPU in one turn %.1f ms); empty "
-        "query: all %ld rows in %lld ms, longest gap %lld ms\nthe first key (the index built "
-        "meanwhile): first rows %lld ms, longest gap %lld ms (%.1f ms CPU); CPU of the typing, "
+        "query: all %ld rows in %lld ms, longest gap %lld ms\nthe first key (waiting for the index "
+        "as it is built): first rows %lld ms, longest gap %lld ms (%.1f ms CPU); CPU of the "
+        "typing, "
         "all threads, %.0f ms\n",
         figures.size() - 1, static_cast<long long>(Median(first)),
         static_cast<long long>(worstFirst), Median(firstCpu), worstFirstCpu,

@@ -346,7 +346,9 @@ TEST(SearchIndex, RowsAskedForStopWhenTheCatalogueChanges) {
             Song("Love " + std::to_string(i), "Cure", "d:\\rock\\" + std::to_string(i) + ".mp3"));
     }
     SearchIndexKeeper keeper(catalogue);
+    keeper.Ready();  // starts the build
     keeper.WaitForBuild();
+    ASSERT_NE(keeper.Ready(), nullptr);
     IndexedRows asked(keeper.ReadyShared(), catalogue, Request("love"), "", 2, 64);
     keeper.CatalogueChanging();  // the keeper lets go; the rows' search still holds the index
     RowList rows;
