@@ -97,32 +97,58 @@ std::vector<std::uint32_t> IndexedFolders::EndingMasks(const PartMasks& parts) c
     return masks;
 }
 
+FoldersHoldingText::FoldersHoldingText(const IndexedFolders& folders, std::string_view folded)
+    : m_folders(&folders) {
+    if (!IndexedFolders::Heads(folded).empty()) {
+        // Over the parts' joints: decided at once.
+        m_holding = folders.FoldersHolding(folded);
+        m_decided = folders.Count();
+        return;
+    }
+    m_holding = SegmentBits(folders.Count());
+    m_parts = EntriesHolding(folders.m_parts, folded);
+    if (!m_parts.Any()) {
+        m_decided = folders.Count();  // none holds it
+    }
+}
+
+// Within one part: a folder holds the text when its own part or one above does.
+const SegmentBits& FoldersHoldingText::Upto(std::size_t count) {
+    const IndexedFolders& folders = *m_folders;
+    count = std::min(count, folders.Count());
+    if (count <= m_decided) {
+        return m_holding;
+    }
+    folders.m_part.WithWidth([&](auto partWidth) {
+        folders.m_parent.WithWidth([&](auto parentWidth) {
+            constexpr unsigned kPart = decltype(partWidth)::value;
+            constexpr unsigned kParent = decltype(parentWidth)::value;
+            if (m_decided == 0) {
+                if (m_parts.Test(folders.m_part.GetAs<kPart>(0))) {
+                    m_holding.Set(0);
+                }
+                m_decided = 1;
+            }
+            for (std::size_t f = m_decided; f < count; ++f) {
+                if (m_parts.Test(folders.m_part.GetAs<kPart>(f)) ||
+                    m_holding.Test(folders.m_parent.GetAs<kParent>(f))) {
+                    m_holding.Set(f);
+                }
+            }
+        });
+    });
+    m_decided = count;
+    return m_holding;
+}
+
 SegmentBits IndexedFolders::FoldersHolding(std::string_view folded) const {
-    SegmentBits folders(Count());
-    const SegmentBits parts = EntriesHolding(m_parts, folded);
     const std::vector<std::size_t> heads = Heads(folded);
     if (heads.empty()) {
-        // Within one part: a folder holds it when its own part or one above does.
-        if (!parts.Any()) {
-            return folders;
-        }
-        m_part.WithWidth([&](auto partWidth) {
-            m_parent.WithWidth([&](auto parentWidth) {
-                constexpr unsigned kPart = decltype(partWidth)::value;
-                constexpr unsigned kParent = decltype(parentWidth)::value;
-                if (parts.Test(m_part.GetAs<kPart>(0))) {
-                    folders.Set(0);
-                }
-                for (std::size_t f = 1; f < Count(); ++f) {
-                    if (parts.Test(m_part.GetAs<kPart>(f)) ||
-                        folders.Test(m_parent.GetAs<kParent>(f))) {
-                        folders.Set(f);
-                    }
-                }
-            });
-        });
-        return folders;
+        FoldersHoldingText holding(*this, folded);
+        return holding.Upto(Count());
     }
+    SegmentBits folders(Count());
+    const SegmentBits parts = EntriesHolding(m_parts, folded);
     if (heads.size() > kMostHeads) {
         ForEachText([&](std::size_t f, std::string_view text) {
             if (text.size() >= folded.size() &&

@@ -28,6 +28,7 @@ public:
 
 private:
     friend class IndexedFoldersBuilder;
+    friend class FoldersHoldingText;
     // Calls visit(folder, text) for every folder with its whole folded text.
     template <typename Visit>
     void ForEachText(const Visit& visit) const;
@@ -49,6 +50,23 @@ private:
     TextDictionary m_parts;  // entry 0 is the empty part of folder 0
     PackedNumbers m_parent;
     PackedNumbers m_part;
+};
+
+// The folders whose folded text holds a text (IndexedFolders::FoldersHolding), decided in the
+// order of their numbers as far as asked: a search that goes through the songs in order needs
+// only the folders met so far, and a folder's parent comes before it.
+class FoldersHoldingText {
+public:
+    FoldersHoldingText() = default;
+    FoldersHoldingText(const IndexedFolders& folders, std::string_view folded);
+    // The folders numbered below `count` decided; those above may still read as not holding it.
+    const SegmentBits& Upto(std::size_t count);
+
+private:
+    const IndexedFolders* m_folders = nullptr;
+    SegmentBits m_parts;  // the parts that hold the text, which has no separator
+    SegmentBits m_holding;
+    std::size_t m_decided = 0;
 };
 
 class IndexedFoldersBuilder {

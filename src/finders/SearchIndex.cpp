@@ -22,9 +22,11 @@ std::size_t NameStart(std::string_view path) {
     return sep == std::string_view::npos ? 0 : sep + 1;
 }
 
-// Songs whose entry in a dictionary column is one of `entries`, added to `hits`, 64 at a time.
+// Songs `from` on (a multiple of 64) whose entry in a dictionary column is one of `entries`,
+// added to `hits` (bit 0 is song `from`), 64 at a time.
 template <unsigned Width>
-void MarkByColumn(const PackedNumbers& column, const SegmentBits& entries, SegmentBits& hits) {
+void MarkByColumn(const PackedNumbers& column, const SegmentBits& entries, SegmentBits& hits,
+                  std::size_t from) {
     const std::size_t n = hits.Size();
     std::uint64_t* words = hits.Words();
     for (std::size_t base = 0; base < n; base += 64) {
@@ -34,29 +36,30 @@ void MarkByColumn(const PackedNumbers& column, const SegmentBits& entries, Segme
         const std::size_t stop = std::min<std::size_t>(n, base + 64);
         std::uint64_t word = 0;
         for (std::size_t s = base; s < stop; ++s) {
-            const std::uint32_t id = column.GetAs<Width>(s);
+            const std::uint32_t id = column.GetAs<Width>(from + s);
             word |= static_cast<std::uint64_t>(entries.Test(id)) << (s - base);
         }
         words[base >> 6] |= word;
     }
 }
 
-void MarkByColumn(const PackedNumbers& column, const SegmentBits& entries, SegmentBits& hits) {
+void MarkByColumn(const PackedNumbers& column, const SegmentBits& entries, SegmentBits& hits,
+                  std::size_t from) {
     if (!entries.Any()) {
         return;
     }
     switch (column.Width()) {
         case 1:
-            MarkByColumn<1>(column, entries, hits);
+            MarkByColumn<1>(column, entries, hits, from);
             break;
         case 2:
-            MarkByColumn<2>(column, entries, hits);
+            MarkByColumn<2>(column, entries, hits, from);
             break;
         case 3:
-            MarkByColumn<3>(column, entries, hits);
+            MarkByColumn<3>(column, entries, hits, from);
             break;
         default:
-            MarkByColumn<4>(column, entries, hits);
+            MarkByColumn<4>(column, entries, hits, from);
             break;
     }
 }
@@ -65,14 +68,34 @@ bool Checked(const SearchFieldSet& fields, SearchField field) {
     return fields.test(static_cast<std::size_t>(field));
 }
 
-// into |= (from & mask), a word at a time.
-void AddMasked(SegmentBits& into, const SegmentBits& from, const SegmentBits& mask) {
+// into |= (from & mask), a word at a time; `mask` is read from word `maskWord` on.
+void AddMasked(SegmentBits& into, const SegmentBits& from, const SegmentBits& mask,
+               std::size_t maskWord) {
     std::uint64_t* words = into.Words();
     const std::vector<std::uint64_t>& a = from.WordList();
     const std::vector<std::uint64_t>& b = mask.WordList();
     for (std::size_t w = 0; w < a.size(); ++w) {
-        words[w] |= a[w] & b[w];
+        words[w] |= a[w] & b[maskWord + w];
     }
+}
+
+// into |= mask, `mask` read from word `maskWord` on.
+void AddWords(SegmentBits& into, const SegmentBits& mask, std::size_t maskWord) {
+    std::uint64_t* words = into.Words();
+    const std::vector<std::uint64_t>& b = mask.WordList();
+    const std::size_t count = into.WordList().size();
+    for (std::size_t w = 0; w < count; ++w) {
+        words[w] |= b[maskWord + w];
+    }
+}
+
+// The set bits of `bits` from `from` up to `to`.
+std::size_t CountRange(const SegmentBits& bits, std::size_t from, std::size_t to) {
+    std::size_t count = 0;
+    for (std::size_t i = bits.Next(from); i < to; i = bits.Next(i + 1)) {
+        ++count;
+    }
+    return count;
 }
 
 }  // namespace
@@ -126,7 +149,9 @@ bool SearchIndex::BuildOwnTexts(const CatalogueView& catalogue, const std::atomi
     artistOf.reserve(m_songs);
     albumOf.reserve(m_songs);
     tripleOf.reserve(m_songs);
-    m_own[kFileNames].Every64.reserve(m_songs / 64 + 1);
+    for (OwnTexts& texts : m_own) {
+        texts.Every64.reserve(m_songs / 64 + 1);
+    }
     m_sharedEnding = SegmentBits(m_songs);
     m_commented = SegmentBits(m_songs);
 
@@ -146,9 +171,10 @@ bool SearchIndex::BuildOwnTexts(const CatalogueView& catalogue, const std::atomi
             const std::string_view own[kOwnCount] = {
                 path.substr(NameStart(path)), Key(fields, kKeyTitle), Key(fields, kKeyComment)};
             if (song % 64 == 0) {
-                // Only the names are read song by song (a search over a folder's joint).
-                m_own[kFileNames].Every64.push_back(
-                    static_cast<std::uint32_t>(m_own[kFileNames].Buffer.size()));
+                // Where each range of songs begins, for a search a range at a time.
+                for (OwnTexts& texts : m_own) {
+                    texts.Every64.push_back(static_cast<std::uint32_t>(texts.Buffer.size()));
+                }
             }
             for (std::size_t f = 0; f < kOwnCount; ++f) {
                 if (f == kComments) {
@@ -207,6 +233,8 @@ bool SearchIndex::BuildFolders(const CatalogueView& catalogue, const std::atomic
     IndexedFoldersBuilder folders(m_folders);
     std::vector<std::uint32_t> folderOf;
     folderOf.reserve(m_songs);
+    m_foldersMet.reserve(m_songs / 64 + 1);
+    std::uint32_t met = 1;  // the empty folder is there from the start
     std::size_t song = 0;
     for (std::size_t v = 0; v < catalogue.VolumeCount(); ++v) {
         const std::size_t count = catalogue.SongCount(v);
@@ -216,7 +244,12 @@ bool SearchIndex::BuildFolders(const CatalogueView& catalogue, const std::atomic
             }
             const SongFieldViews fields = catalogue.Fields(v, i);
             const std::string_view path = Key(fields, kKeyPath);
-            folderOf.push_back(folders.Id(path.substr(0, NameStart(path))));
+            const std::uint32_t folder = folders.Id(path.substr(0, NameStart(path)));
+            folderOf.push_back(folder);
+            met = std::max(met, folder + 1);
+            if ((song + 1) % 64 == 0 || song + 1 == m_songs) {
+                m_foldersMet.push_back(met);
+            }
         }
     }
     folders.Finish();
@@ -229,62 +262,131 @@ std::size_t SearchIndex::VolumeOf(std::size_t song) const {
     return static_cast<std::size_t>(after - m_volumeStarts.begin()) - 1;
 }
 
+SearchIndex::Query SearchIndex::Prepare(std::string_view folded,
+                                        const SearchFieldSet& fields) const {
+    Query query;
+    query.Folded = std::string(folded);
+    query.Fields = fields;
+    if (Checked(fields, SearchField::Artist)) {
+        query.Artists = EntriesHolding(m_artists, folded);
+    }
+    if (Checked(fields, SearchField::Album)) {
+        query.Albums = EntriesHolding(m_albums, folded);
+    }
+    const bool names = Checked(fields, SearchField::Filename);
+    if (names) {
+        query.Folders = FoldersHoldingText(m_folders, folded);
+        // A name is its segment followed, when its bit says so, by the shared ending: the
+        // ending holds the query, or the segment ends with the query's head and the ending
+        // begins with the rest.
+        query.EndingHolds = folded.empty() || kSharedEnding.find(folded) != std::string_view::npos;
+        for (std::size_t tail = 1;
+             !query.EndingHolds && tail <= kSharedEnding.size() && tail < folded.size(); ++tail) {
+            if (folded.substr(folded.size() - tail) == kSharedEnding.substr(0, tail)) {
+                std::string head(folded.substr(0, folded.size() - tail));
+                head.push_back(static_cast<char>(kSegmentEnd));
+                query.NameHeads.push_back(std::move(head));
+            }
+        }
+        // A query with a separator may run from the end of a song's folder into its file
+        // name: the part up to its last separator ends the folder, the rest begins the name.
+        const std::size_t sep = folded.find_last_of("/\\");
+        if (sep != std::string_view::npos && sep + 1 < folded.size()) {
+            query.FolderEndings = m_folders.FoldersEndingWith(folded.substr(0, sep + 1));
+            query.NameStart = std::string(folded.substr(sep + 1));
+        }
+    }
+    const bool genre = Checked(fields, SearchField::Genre);
+    const bool year = Checked(fields, SearchField::Year);
+    const bool bitrate = Checked(fields, SearchField::Bitrate);
+    if (genre || year || bitrate) {
+        const SegmentBits none;
+        const SegmentBits genres = genre ? EntriesHolding(m_genres, folded) : none;
+        const SegmentBits years = year ? EntriesHolding(m_years, folded) : none;
+        const SegmentBits bitrates = bitrate ? EntriesHolding(m_bitrates, folded) : none;
+        const std::size_t count = m_triples.size() / 3;
+        query.Combinations = SegmentBits(count);
+        for (std::size_t t = 0; t < count; ++t) {
+            if ((genre && genres.Test(m_triples[3 * t])) ||
+                (year && years.Test(m_triples[3 * t + 1])) ||
+                (bitrate && bitrates.Test(m_triples[3 * t + 2]))) {
+                query.Combinations.Set(t);
+            }
+        }
+    }
+    if (Checked(fields, SearchField::Volume)) {
+        query.Volumes = EntriesHolding(m_volumeNames, folded);
+    }
+    return query;
+}
+
 SegmentBits SearchIndex::Find(std::string_view folded, const SearchFieldSet& fields) const {
-    SegmentBits hits(m_songs);
-    if (Checked(fields, SearchField::Filename)) {
-        FindInNames(folded, hits);
+    Query query = Prepare(folded, fields);
+    return FindRange(query, 0, m_songs);
+}
+
+SegmentBits SearchIndex::FindRange(Query& query, std::size_t from, std::size_t to) const {
+    from = std::min(from / 64 * 64, m_songs);
+    to = std::clamp((to + 63) / 64 * 64, from, m_songs);
+    SegmentBits hits(to - from);
+    if (from == to) {
+        return hits;
     }
-    if (Checked(fields, SearchField::Title)) {
-        ScanSegments(m_own[kTitles].Buffer, folded, hits);
+    if (Checked(query.Fields, SearchField::Filename)) {
+        FindInNames(query, from, to, hits);
     }
-    if (Checked(fields, SearchField::Comment)) {
-        FindInComments(folded, hits);
+    if (Checked(query.Fields, SearchField::Title)) {
+        ScanSegments(Segments(kTitles, from, to), query.Folded, hits);
     }
-    FindShared(folded, fields, hits);
-    if (Checked(fields, SearchField::Filename) && !folded.empty()) {
-        FindAcrossFolder(folded, hits);
+    if (Checked(query.Fields, SearchField::Comment)) {
+        FindInComments(query, from, to, hits);
+    }
+    FindShared(query, from, to, hits);
+    if (Checked(query.Fields, SearchField::Filename)) {
+        FindAcrossFolder(query, from, to, hits);
     }
     return hits;
 }
 
-// A name is its segment followed, when its bit says so, by the shared ending.
-void SearchIndex::FindInNames(std::string_view folded, SegmentBits& hits) const {
-    const std::string& names = m_own[kFileNames].Buffer;
-    ScanSegments(names, folded, hits);
-    if (folded.empty() || kSharedEnding.find(folded) != std::string_view::npos) {
-        AddMasked(hits, m_sharedEnding, m_sharedEnding);  // the ending holds it (and is text)
+std::string_view SearchIndex::Segments(Own own, std::size_t from, std::size_t to) const {
+    const OwnTexts& texts = m_own[own];
+    const std::size_t start = texts.Every64[from / 64];
+    const std::size_t end = to >= m_songs ? texts.Buffer.size() : texts.Every64[to / 64];
+    return std::string_view(texts.Buffer).substr(start, end - start);
+}
+
+void SearchIndex::FindInNames(const Query& query, std::size_t from, std::size_t to,
+                              SegmentBits& hits) const {
+    const std::string_view names = Segments(kFileNames, from, to);
+    ScanSegments(names, query.Folded, hits);
+    if (query.EndingHolds) {
+        AddWords(hits, m_sharedEnding, from / 64);  // the ending holds it (and is text)
         return;
     }
-    // A match that runs from the segment into the ending: the segment ends with the query's
-    // head, and the ending begins with the rest.
-    for (std::size_t tail = 1; tail <= kSharedEnding.size() && tail < folded.size(); ++tail) {
-        if (folded.substr(folded.size() - tail) != kSharedEnding.substr(0, tail)) {
-            continue;
-        }
-        std::string head(folded.substr(0, folded.size() - tail));
-        head.push_back(static_cast<char>(kSegmentEnd));
-        SegmentBits endings(m_songs);
+    for (const std::string& head : query.NameHeads) {
+        SegmentBits endings(to - from);
         ScanSegments(names, head, endings);
-        AddMasked(hits, endings, m_sharedEnding);
+        AddMasked(hits, endings, m_sharedEnding, from / 64);
     }
 }
 
-// Comment k is that of the k-th song with one.
-void SearchIndex::FindInComments(std::string_view folded, SegmentBits& hits) const {
-    if (folded.empty()) {
-        AddMasked(hits, m_commented, m_commented);
+// Comment k of a range is that of its k-th song with one.
+void SearchIndex::FindInComments(const Query& query, std::size_t from, std::size_t to,
+                                 SegmentBits& hits) const {
+    if (query.Folded.empty()) {
+        AddWords(hits, m_commented, from / 64);
         return;
     }
-    SegmentBits found(m_commentCount);
-    ScanSegments(m_own[kComments].Buffer, folded, found);
+    SegmentBits found(CountRange(m_commented, from, to));
+    ScanSegments(Segments(kComments, from, to), query.Folded, found);
     if (!found.Any()) {
         return;
     }
     std::size_t k = 0;
-    for (std::size_t song = m_commented.Next(0); song < m_songs;
+    for (std::size_t song = m_commented.Next(from); song < to;
          song = m_commented.Next(song + 1), ++k) {
         if (found.Test(k)) {
-            hits.Set(song);
+            hits.Set(song - from);
         }
     }
 }
@@ -301,63 +403,40 @@ bool SearchIndex::NameStartsWith(std::size_t song, std::string_view rest,
            head.substr(rest.size()) == kSharedEnding.substr(0, over);
 }
 
-void SearchIndex::FindShared(std::string_view folded, const SearchFieldSet& fields,
+void SearchIndex::FindShared(Query& query, std::size_t from, std::size_t to,
                              SegmentBits& hits) const {
-    if (Checked(fields, SearchField::Artist)) {
-        MarkByColumn(m_artistOf, EntriesHolding(m_artists, folded), hits);
+    if (Checked(query.Fields, SearchField::Artist)) {
+        MarkByColumn(m_artistOf, query.Artists, hits, from);
     }
-    if (Checked(fields, SearchField::Album)) {
-        MarkByColumn(m_albumOf, EntriesHolding(m_albums, folded), hits);
+    if (Checked(query.Fields, SearchField::Album)) {
+        MarkByColumn(m_albumOf, query.Albums, hits, from);
     }
-    if (Checked(fields, SearchField::Filename)) {
-        MarkByColumn(m_folderOf, m_folders.FoldersHolding(folded), hits);
+    if (Checked(query.Fields, SearchField::Filename)) {
+        MarkByColumn(m_folderOf, query.Folders.Upto(m_foldersMet[(to - 1) / 64]), hits, from);
     }
-    const bool genre = Checked(fields, SearchField::Genre);
-    const bool year = Checked(fields, SearchField::Year);
-    const bool bitrate = Checked(fields, SearchField::Bitrate);
-    if (genre || year || bitrate) {
-        const SegmentBits none;
-        const SegmentBits genres = genre ? EntriesHolding(m_genres, folded) : none;
-        const SegmentBits years = year ? EntriesHolding(m_years, folded) : none;
-        const SegmentBits bitrates = bitrate ? EntriesHolding(m_bitrates, folded) : none;
-        const std::size_t count = m_triples.size() / 3;
-        SegmentBits combinations(count);
-        for (std::size_t t = 0; t < count; ++t) {
-            if ((genre && genres.Test(m_triples[3 * t])) ||
-                (year && years.Test(m_triples[3 * t + 1])) ||
-                (bitrate && bitrates.Test(m_triples[3 * t + 2]))) {
-                combinations.Set(t);
-            }
-        }
-        MarkByColumn(m_tripleOf, combinations, hits);
+    if (query.Combinations.Size() > 0) {
+        MarkByColumn(m_tripleOf, query.Combinations, hits, from);
     }
-    if (Checked(fields, SearchField::Volume)) {
-        const SegmentBits volumes = EntriesHolding(m_volumeNames, folded);
-        for (std::size_t v = 0; v < VolumeCount(); ++v) {
-            if (volumes.Test(v)) {
-                hits.SetRange(m_volumeStarts[v], m_volumeStarts[v + 1]);
+    for (std::size_t v = 0; v < query.Volumes.Size(); ++v) {
+        if (query.Volumes.Test(v)) {
+            const std::size_t first = std::max(m_volumeStarts[v], from);
+            const std::size_t end = std::min(m_volumeStarts[v + 1], to);
+            if (first < end) {
+                hits.SetRange(first - from, end - from);
             }
         }
     }
 }
 
-// A query with a separator may run from the end of a song's folder into its file name: the
-// part up to its last separator ends the folder, the rest begins the name.
-void SearchIndex::FindAcrossFolder(std::string_view folded, SegmentBits& hits) const {
-    const std::size_t sep = folded.find_last_of("/\\");
-    if (sep == std::string_view::npos || sep + 1 == folded.size()) {
+// The songs in folders that end with the query's first part, not found yet, and their names
+// read through a cursor that jumps from one to the next by the index of every 64th name.
+void SearchIndex::FindAcrossFolder(const Query& query, std::size_t from, std::size_t to,
+                                   SegmentBits& hits) const {
+    if (query.NameStart.empty() || !query.FolderEndings.Any()) {
         return;  // wholly inside a folder, or with no folder part: found already
     }
-    const std::string_view folderEnd = folded.substr(0, sep + 1);
-    const std::string_view nameStart = folded.substr(sep + 1);
-    const SegmentBits endings = m_folders.FoldersEndingWith(folderEnd);
-    if (!endings.Any()) {
-        return;
-    }
-    // The songs in such folders not found yet, then their names read through a cursor that
-    // jumps from one to the next by the index of every 64th name.
-    SegmentBits candidates(m_songs);
-    MarkByColumn(m_folderOf, endings, candidates);
+    SegmentBits candidates(to - from);
+    MarkByColumn(m_folderOf, query.FolderEndings, candidates, from);
     const std::vector<std::uint64_t>& found = hits.WordList();
     std::uint64_t* words = candidates.Words();
     for (std::size_t w = 0; w < found.size(); ++w) {
@@ -367,7 +446,9 @@ void SearchIndex::FindAcrossFolder(std::string_view folded, SegmentBits& hits) c
     constexpr char kEnd = static_cast<char>(kSegmentEnd);
     std::size_t song = 0;
     std::size_t start = 0;
-    for (std::size_t next = candidates.Next(0); next < m_songs; next = candidates.Next(next + 1)) {
+    for (std::size_t local = candidates.Next(0); local < candidates.Size();
+         local = candidates.Next(local + 1)) {
+        const std::size_t next = from + local;
         if (next / 64 != song / 64 || next < song) {
             song = next / 64 * 64;
             start = names.Every64[next / 64];
@@ -377,8 +458,8 @@ void SearchIndex::FindAcrossFolder(std::string_view folded, SegmentBits& hits) c
         }
         const std::size_t stop = names.Buffer.find(kEnd, start);
         if (NameStartsWith(next, std::string_view(names.Buffer).substr(start, stop - start),
-                           nameStart)) {
-            hits.Set(next);
+                           query.NameStart)) {
+            hits.Set(local);
         }
     }
 }
@@ -393,7 +474,7 @@ std::size_t SearchIndex::MemoryBytes() const {
          {&m_volumeNames, &m_artists, &m_albums, &m_genres, &m_years, &m_bitrates}) {
         bytes += d->MemoryBytes();
     }
-    bytes += m_folders.MemoryBytes();
+    bytes += m_folders.MemoryBytes() + m_foldersMet.capacity() * 4;
     bytes += m_triples.capacity() * 4 + m_artistOf.MemoryBytes() + m_albumOf.MemoryBytes() +
              m_folderOf.MemoryBytes() + m_tripleOf.MemoryBytes();
     return bytes;

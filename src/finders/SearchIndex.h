@@ -43,8 +43,32 @@ public:
     std::size_t VolumeStart(std::size_t volume) const { return m_volumeStarts[volume]; }
     std::size_t VolumeOf(std::size_t song) const;
 
-    // The songs for which a checked field holds `folded` (a query as AppendFolded writes it),
-    // by the textual test: an empty query finds the songs with a non-empty checked field.
+    // A query with its look-ups in the texts that songs share, made once for all its ranges.
+    struct Query {
+        std::string Folded;
+        SearchFieldSet Fields;
+        SegmentBits Artists;
+        SegmentBits Albums;
+        FoldersHoldingText Folders;  // decided as the songs come
+        SegmentBits Combinations;    // of genre, year and bitrate
+        SegmentBits Volumes;
+        // The file name's part of a match that runs into the shared ending, each ended by
+        // kSegmentEnd; or none, the ending holding the whole query (EndingHolds).
+        std::vector<std::string> NameHeads;
+        bool EndingHolds = false;
+        // A match that runs from a folder into the file name: the folders that end with its
+        // first part, and the part that begins the name.
+        SegmentBits FolderEndings;
+        std::string NameStart;
+    };
+    // `folded` is a query as AppendFolded writes it, looked for by the textual test in the
+    // checked `fields`: an empty query finds the songs with a non-empty checked field.
+    Query Prepare(std::string_view folded, const SearchFieldSet& fields) const;
+    // The songs from `from` (a multiple of 64) up to `to` that `query` finds; bit 0 is song
+    // `from`. A `to` within a block of 64 is taken to the block's end (or the last song). The
+    // query learns what it needs of the folders of the songs as they come.
+    SegmentBits FindRange(Query& query, std::size_t from, std::size_t to) const;
+    // Every song the query finds.
     SegmentBits Find(std::string_view folded, const SearchFieldSet& fields) const;
 
     // Bytes of memory held.
@@ -59,15 +83,20 @@ private:
 
     enum Own : std::size_t { kFileNames = 0, kTitles, kComments, kOwnCount };
     struct OwnTexts {
-        std::string Buffer;                  // one segment per song
-        std::vector<std::uint32_t> Every64;  // where song 64k begins
+        std::string Buffer;                  // one segment per song (comments: per commented)
+        std::vector<std::uint32_t> Every64;  // where the segments of songs 64k on begin
     };
+    // The segments of songs `from` (a multiple of 64) up to `to` (one too, or the last song).
+    std::string_view Segments(Own own, std::size_t from, std::size_t to) const;
 
-    void FindInNames(std::string_view folded, SegmentBits& hits) const;
-    void FindInComments(std::string_view folded, SegmentBits& hits) const;
+    // Each sets the bits of the songs from `from` up to `to` it finds; bit 0 is song `from`.
+    void FindInNames(const Query& query, std::size_t from, std::size_t to, SegmentBits& hits) const;
+    void FindInComments(const Query& query, std::size_t from, std::size_t to,
+                        SegmentBits& hits) const;
     bool NameStartsWith(std::size_t song, std::string_view rest, std::string_view head) const;
-    void FindShared(std::string_view folded, const SearchFieldSet& fields, SegmentBits& hits) const;
-    void FindAcrossFolder(std::string_view folded, SegmentBits& hits) const;
+    void FindShared(Query& query, std::size_t from, std::size_t to, SegmentBits& hits) const;
+    void FindAcrossFolder(const Query& query, std::size_t from, std::size_t to,
+                          SegmentBits& hits) const;
 
     std::uint64_t m_generation = 0;
     std::size_t m_songs = 0;
@@ -82,6 +111,8 @@ private:
     TextDictionary m_artists;
     TextDictionary m_albums;
     IndexedFolders m_folders;  // the folder part of the paths, with its final separator
+    // The folders met by the end of each block of 64 songs: folders are numbered as met.
+    std::vector<std::uint32_t> m_foldersMet;
     // Genre, Year and Bitrate together: each combination's three entries.
     TextDictionary m_genres;
     TextDictionary m_years;

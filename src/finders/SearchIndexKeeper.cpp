@@ -11,7 +11,7 @@ SearchIndexKeeper::~SearchIndexKeeper() {
     StopBuild();
 }
 
-const SearchIndex* SearchIndexKeeper::Ready() {
+std::shared_ptr<const SearchIndex> SearchIndexKeeper::ReadyShared() {
     {
         std::lock_guard lock(m_mutex);
         if (m_built) {
@@ -19,7 +19,7 @@ const SearchIndex* SearchIndexKeeper::Ready() {
         }
     }
     if (m_index && m_index->Generation() == m_catalogue.Generation()) {
-        return m_index.get();
+        return m_index;
     }
     if (!m_building && !Unavailable()) {
         // A change nobody announced: the old index no longer answers for the catalogue.

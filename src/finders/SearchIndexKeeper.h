@@ -27,7 +27,9 @@ public:
 
     // The index of the catalogue as it stands, or null while it is built (a build is started if
     // none runs). On the catalogue's own thread.
-    const SearchIndex* Ready();
+    const SearchIndex* Ready() { return ReadyShared().get(); }
+    // The same, shared: it stays whole while a search holds it, even once the keeper drops it.
+    std::shared_ptr<const SearchIndex> ReadyShared();
     // A build is under way.
     bool Building() const;
     // No index can be had for the catalogue as it stands (its texts outgrow the index).
@@ -45,7 +47,7 @@ private:
 
     const CatalogueView& m_catalogue;
     std::function<void()> m_ready;
-    std::unique_ptr<SearchIndex> m_index;
+    std::shared_ptr<const SearchIndex> m_index;
     std::unique_ptr<SearchIndex> m_built;  // handed over by the worker, under the lock
     mutable std::mutex m_mutex;
     std::thread m_worker;

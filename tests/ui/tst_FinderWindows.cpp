@@ -351,6 +351,20 @@ void FinderWindowsTest::aLargeCatalogueIsListedAsTypedInSlicesThroughItsIndex() 
     for (const QString& title : Column0(window.Results().Rows())) {
         QVERIFY2(title.startsWith("Song 71"), qPrintable(title));
     }
+
+    // One character finds a third of the songs: the first screenful is shown before the rest of
+    // the catalogue is searched, and the whole list is then the one "Search" gives, in order.
+    combo1->setEditText("");
+    firstRows.clear();
+    QTest::keyClicks(combo1->lineEdit(), "7");
+    QTRY_VERIFY_WITH_TIMEOUT(!firstRows.empty() && !window.Results().Filling(), 20000);
+    QCOMPARE(firstRows.front(), static_cast<int>(jk::ResultsPane::kFirstRows));
+    const RowList typed = window.Results().Rows();
+    const QString typedStatus = window.Status();
+    QVERIFY(typed.size() > 6 * 3000);
+    window.Command1_Click();
+    QCOMPARE(Column0(window.Results().Rows(), Column::Filename), Column0(typed, Column::Filename));
+    QCOMPARE(window.Status(), typedStatus);
 }
 
 void FinderWindowsTest::aBetweenTokenThatIsNoDateEndsWithErrorBox() {

@@ -1,5 +1,7 @@
 #include "finders/ui/ResultsPane.h"
 
+#include <limits>
+
 #include <QElapsedTimer>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -21,8 +23,6 @@ constexpr int kColumns = static_cast<int>(kColumnCount);
 // keeps answering, the rows made a thousand at a time.
 constexpr qint64 kSliceMs = 8;
 constexpr std::size_t kRowsAtOnce = 1000;
-// The rows made at once when a list is replaced: more than a window shows.
-constexpr std::size_t kFirstRows = 200;
 constexpr std::size_t kRowsFreedAtOnce = 20000;
 
 }  // namespace
@@ -58,20 +58,17 @@ ResultsPane::ResultsPane(FinderHost& host, QWidget* parent)
     connect(m_fillTimer, &QTimer::timeout, this, &ResultsPane::FillSlice);
 }
 
-void ResultsPane::ShowRowsInSlices(std::size_t count, RowMaker make) {
+void ResultsPane::ShowRowsInSlices(RowMaker make) {
     if (!m_rows.empty()) {
         m_dropping.push_back(std::move(m_rows));
         m_rows = RowList();
     }
     m_make = std::move(make);
-    m_fillCount = count;
-    m_rows.reserve(count);
     // The first rows at once, so the list never shows the rows replaced.
-    if (!m_make(0, std::min(count, kFirstRows), m_rows)) {
-        m_make = nullptr;
-    }
-    if (m_make && m_rows.size() >= m_fillCount) {
-        m_make = nullptr;
+    while (m_make && m_rows.size() < kFirstRows) {
+        if (!m_make(m_rows, kFirstRows - m_rows.size())) {
+            m_make = nullptr;
+        }
     }
     m_model.RowsReplaced();
     if (m_make || !m_dropping.empty()) {
@@ -87,17 +84,15 @@ void ResultsPane::FillSlice() {
     slice.start();
     if (m_make) {
         const std::size_t before = m_rows.size();
-        while (m_rows.size() < m_fillCount && slice.elapsed() < kSliceMs) {
-            const std::size_t from = m_rows.size();
-            if (!m_make(from, std::min(m_fillCount, from + kRowsAtOnce), m_rows)) {
-                m_fillCount = m_rows.size();
+        while (m_make && slice.elapsed() < kSliceMs) {
+            if (!m_make(m_rows, kRowsAtOnce)) {
+                m_make = nullptr;
             }
         }
         if (m_rows.size() > before) {
             m_model.RowsAppended();
         }
-        if (m_rows.size() >= m_fillCount) {
-            m_make = nullptr;
+        if (!m_make) {
             Q_EMIT RowsFilled();
         }
         return;  // the freeing waits for the rows
@@ -118,20 +113,17 @@ void ResultsPane::FinishRows() {
     if (!m_make) {
         return;
     }
-    while (m_rows.size() < m_fillCount) {
-        const std::size_t from = m_rows.size();
-        if (!m_make(from, m_fillCount, m_rows)) {
-            break;
+    while (m_make) {
+        if (!m_make(m_rows, std::numeric_limits<std::size_t>::max())) {
+            m_make = nullptr;
         }
     }
-    m_make = nullptr;
     m_model.RowsAppended();
     Q_EMIT RowsFilled();
 }
 
 void ResultsPane::StopFilling() {
     m_make = nullptr;
-    m_fillCount = 0;
 }
 
 void ResultsPane::TakeSelection() {

@@ -34,13 +34,17 @@ public:
     }
     ResultsModel& Model() { return m_model; }
 
-    // Appends rows `from` up to `to` (exclusive) of a list; false when they can no longer be
-    // made (what they were made from changed), which ends the list where it stands.
-    using RowMaker = std::function<bool(std::size_t from, std::size_t to, RowList& rows)>;
-    // Shows `count` rows in place of those shown: the first at once, the rest a slice at a time
-    // between turns of the event loop, so that a list of a million rows comes without a freeze.
-    // The rows replaced are freed the same way. RowsFilled follows the last slice.
-    void ShowRowsInSlices(std::size_t count, RowMaker make);
+    // The rows made at once when a list is replaced: more than a window shows.
+    static constexpr std::size_t kFirstRows = 200;
+    // Appends the next rows of a list, at most `most` (perhaps none yet, while what they come
+    // from is still searched), in a short time; false once no more will come: all are made, or
+    // what they were made from changed, which ends the list where it stands.
+    using RowMaker = std::function<bool(RowList& rows, std::size_t most)>;
+    // Shows the rows `make` gives in place of those shown: the first screenful at once, the rest
+    // a slice at a time between turns of the event loop, so that a list of a million rows comes
+    // without a freeze. The rows replaced are freed the same way. RowsFilled follows the last
+    // slice.
+    void ShowRowsInSlices(RowMaker make);
     // Makes the rows still to come at once (before anything reads every row).
     void FinishRows();
     bool Filling() const { return m_make != nullptr; }
@@ -98,7 +102,6 @@ private:
     ResultsModel m_model;
     Qt::MouseButton m_lastButton = Qt::NoButton;
     RowMaker m_make;
-    std::size_t m_fillCount = 0;
     std::vector<RowList> m_dropping;  // replaced rows, freed a slice at a time
     QTimer* m_fillTimer = nullptr;
 };

@@ -1,5 +1,6 @@
 #include "finders/ui/wizSearch.h"
 
+#include <algorithm>
 #include <iterator>
 #include <memory>
 
@@ -28,7 +29,7 @@
 
 #include "app/Messages.h"
 #include "finders/CatalogueSearch.h"
-#include "finders/IndexedSearch.h"
+#include "finders/IndexedRows.h"
 #include "finders/ResultRows.h"
 #include "finders/SearchIndexKeeper.h"
 #include "finders/ui/ResultsPane.h"
@@ -172,6 +173,11 @@ QWidget* wizSearch::BuildSearchPage() {
     connect(m_combo1->lineEdit(), &QLineEdit::textEdited, this, &wizSearch::Combo1_Edited);
     connect(m_combo2->lineEdit(), &QLineEdit::textEdited, this,
             [this](const QString& text) { Complete(m_combo2, text); });
+    connect(m_combo2, &QComboBox::editTextChanged, this, [this] {
+        if (isVisible()) {
+            PrepareIndex();
+        }
+    });
     m_browse = new QPushButton(QIcon::fromTheme("folder-open"), "Browse...", page);
     m_browse->setObjectName("Command3");
     connect(m_browse, &QPushButton::clicked, this, &wizSearch::Browse);
@@ -566,18 +572,12 @@ void wizSearch::LiveSearch() {
         return;
     }
     const CatalogueView& catalogue = *m_host.Catalogue;
-    if (!m_index) {
-        m_index = std::make_unique<SearchIndexKeeper>(catalogue, [this] {
-            // On the building thread: the window's own thread takes it up.
-            QMetaObject::invokeMethod(
-                this, [this] { IndexReady(); }, Qt::QueuedConnection);
-        });
-    }
+    KeepIndex();
     SearchForm form = Form();
     const SearchRequest request = RequestOf(form, NowCivil());
     const bool all = ScopeOf(form.LookIn) == SearchScope::VirtualDrives;
     const bool exact = m_host.Options != nullptr && m_host.Options->ExactTimes != 0;
-    const SearchIndex* index = m_index->Ready();
+    std::shared_ptr<const SearchIndex> index = m_index->ReadyShared();
     m_awaitingIndex = false;
     if (index == nullptr && !m_index->Unavailable() &&
         catalogue.TotalSongs() > kScanWhileTypingSongs) {
@@ -585,28 +585,23 @@ void wizSearch::LiveSearch() {
         return;
     }
     if (index != nullptr) {
-        IndexedResult found = FindIndexed(*index, catalogue, request, all ? "" : form.LookIn);
-        if (found.End == SearchEnd::Failed) {
+        // The first screenful is found and shown at once; the rest of the catalogue is
+        // searched, and its rows made, between turns of the event loop.
+        auto found = std::make_shared<IndexedRows>(std::move(index), catalogue, request,
+                                                   all ? "" : form.LookIn, ResultsPane::kFirstRows);
+        if (found->End() == SearchEnd::Failed) {
             return;  // "Search" will say why
         }
-        // The rows are made from the songs found as the list fills, while the catalogue stands.
-        auto songs = std::make_shared<const std::vector<SongRef>>(std::move(found.Songs));
-        const std::uint64_t generation = catalogue.Generation();
         auto tally = std::make_shared<ResultsTally>(exact);
         m_liveTally = tally;
-        m_results->ShowRowsInSlices(
-            songs->size(), [&catalogue, songs, generation, tally](std::size_t from, std::size_t to,
-                                                                  RowList& rows) {
-                if (catalogue.Generation() != generation) {
-                    return false;
-                }
-                const std::size_t before = rows.size();
-                AppendCatalogueRows(catalogue, *songs, from, to, rows);
-                for (std::size_t r = before; r < rows.size(); ++r) {
-                    tally->Add(rows[r]);
-                }
-                return true;
-            });
+        m_results->ShowRowsInSlices([found, tally](RowList& rows, std::size_t most) {
+            const std::size_t before = rows.size();
+            const bool more = found->Next(rows, most);
+            for (std::size_t r = before; r < rows.size(); ++r) {
+                tally->Add(rows[r]);
+            }
+            return more;
+        });
         return;
     }
     auto rows = std::make_shared<RowList>();
@@ -619,11 +614,39 @@ void wizSearch::LiveSearch() {
     }
     m_liveTally.reset();
     m_results->ShowRowsInSlices(
-        rows->size(), [rows](std::size_t from, std::size_t to, RowList& into) {
-            std::move(rows->begin() + static_cast<std::ptrdiff_t>(from),
+        [rows, next = std::size_t{0}](RowList& into, std::size_t most) mutable {
+            if (next == 0) {
+                into.reserve(into.size() + rows->size());
+            }
+            const std::size_t to = next + std::min(most, rows->size() - next);
+            std::move(rows->begin() + static_cast<std::ptrdiff_t>(next),
                       rows->begin() + static_cast<std::ptrdiff_t>(to), std::back_inserter(into));
-            return true;
+            next = to;
+            return next < rows->size();
         });
+}
+
+void wizSearch::KeepIndex() {
+    if (!m_index) {
+        m_index = std::make_unique<SearchIndexKeeper>(*m_host.Catalogue, [this] {
+            // On the building thread: the window's own thread takes it up.
+            QMetaObject::invokeMethod(
+                this, [this] { IndexReady(); }, Qt::QueuedConnection);
+        });
+    }
+}
+
+void wizSearch::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    PrepareIndex();
+}
+
+// The index is built as soon as the window looks in the catalogue, not at the first key.
+void wizSearch::PrepareIndex() {
+    if (LiveSearchApplies()) {
+        KeepIndex();
+        m_index->Ready();
+    }
 }
 
 void wizSearch::IndexReady() {

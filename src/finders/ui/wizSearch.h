@@ -57,6 +57,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -73,6 +74,10 @@ private:
     void Combo1_Edited(const QString& text);
     void Complete(QComboBox* combo, const QString& text);
     void LiveSearch();
+    // The keeper of the catalogue's index, made when first needed.
+    void KeepIndex();
+    // Starts building the index when the window looks in the catalogue.
+    void PrepareIndex();
     // The index a live search waits for is built.
     void IndexReady();
     void Browse();

@@ -1,6 +1,7 @@
 // Searches of the catalogue: every volume and one virtual folder, record by record as the
-// wizard's Search runs them, and the same answered through the index, which must give exactly
-// the same rows in the same order for any query and any catalogue.
+// wizard's Search runs them, and the same answered through the index, whole or a range of songs
+// at a time, which must give exactly the same rows in the same order for any query and any
+// catalogue.
 
 #include <gtest/gtest.h>
 
@@ -10,6 +11,7 @@
 
 #include "core/finders/MemoryCatalogue.h"
 #include "finders/CatalogueSearch.h"
+#include "finders/IndexedRows.h"
 #include "finders/IndexedSearch.h"
 #include "finders/SearchIndexKeeper.h"
 
@@ -312,6 +314,21 @@ TEST(SearchIndex, GivesThePlainSearchesRowsThroughRandomQueriesAndChanges) {
             ASSERT_EQ(AllColumns(indexed), AllColumns(plain))
                 << "query \"" << query << "\" fields " << flags << " binary " << binary << " in \""
                 << lookIn << "\"";
+            // A range at a time, ranges that end inside blocks of 64 and volumes: the same songs.
+            const std::size_t step = 1 + generate.Below(300);
+            IndexedSearch steps(*index, catalogue, request, lookIn);
+            std::vector<SongRef> stepped;
+            while (!steps.Done()) {
+                steps.Next(step, stepped);
+            }
+            ASSERT_EQ(stepped, found.Songs) << "query \"" << query << "\" in steps of " << step;
+            // As a list asks for them, the first rows before the rest are found: the same rows.
+            IndexedRows asked(keeper.ReadyShared(), catalogue, request, lookIn, generate.Below(50),
+                              step);
+            RowList made;
+            while (asked.Next(made, 1 + generate.Below(100))) {
+            }
+            ASSERT_EQ(AllColumns(made), AllColumns(plain)) << "query \"" << query << "\"";
             ++compared;
             withRows += plain.empty() ? 0 : 1;
         }
@@ -320,6 +337,26 @@ TEST(SearchIndex, GivesThePlainSearchesRowsThroughRandomQueriesAndChanges) {
     // Queries that find something and queries that find nothing both had their share.
     EXPECT_GT(withRows, 1000);
     EXPECT_LT(withRows, 4000);
+}
+
+TEST(SearchIndex, RowsAskedForStopWhenTheCatalogueChanges) {
+    MemoryCatalogue catalogue = SmallCatalogue();
+    for (int i = 0; i < 300; ++i) {
+        catalogue.volumes[1].Songs.push_back(
+            Song("Love " + std::to_string(i), "Cure", "d:\\rock\\" + std::to_string(i) + ".mp3"));
+    }
+    SearchIndexKeeper keeper(catalogue);
+    keeper.Ready();  // starts the build
+    keeper.WaitForBuild();
+    ASSERT_NE(keeper.Ready(), nullptr);
+    IndexedRows asked(keeper.ReadyShared(), catalogue, Request("love"), "", 2, 64);
+    keeper.CatalogueChanging();  // the keeper lets go; the rows' search still holds the index
+    RowList rows;
+    EXPECT_TRUE(asked.Next(rows, 100));
+    EXPECT_EQ(Titles(rows), (std::vector<std::string>{"Love Song", "Other"}));
+    ++catalogue.generation;
+    EXPECT_FALSE(asked.Next(rows, 100));
+    EXPECT_EQ(rows.size(), std::size_t{2});
 }
 
 TEST(SearchIndex, AnIndexOfAnOlderCatalogueIsNotUsed) {
