@@ -8,6 +8,7 @@
 #include "app/ui/MainWindow.h"
 #include "catalogue/Bookmarks.h"
 #include "catalogue/DiscPresence.h"
+#include "finders/ui/FinderWindows.h"
 #include "platform/DirectoryListing.h"
 #include "platform/DiscMounts.h"
 #include "setup/ui/VirtualWindows.h"
@@ -40,31 +41,24 @@ void VirtualDriveWiring::WireCommands() {
     Main* main = &m_main;
     const StatusFn status = [this](std::string_view text) { Status(text); };
     m_main.Wire("VirtualCreate", [this, main, status] {
-        if (RunVirtualCreate(main, m_session, *m_lister, m_messages, status)) {
-            CatalogueChanged();
-        }
+        ChangeCatalogue(
+            [&] { return RunVirtualCreate(main, m_session, *m_lister, m_messages, status); });
     });
     m_main.Wire("VirtualUpdate", [this, main, status] {
-        if (RunVirtualUpdate(main, m_session, *m_lister, m_messages, status)) {
-            CatalogueChanged();
-        }
+        ChangeCatalogue(
+            [&] { return RunVirtualUpdate(main, m_session, *m_lister, m_messages, status); });
     });
     m_main.Wire("VirtualRemove", [this, main] {
-        if (RunVirtualRemove(main, m_session, m_messages)) {
-            CatalogueChanged();
-        }
+        ChangeCatalogue([&] { return RunVirtualRemove(main, m_session, m_messages); });
     });
     m_main.Wire("VirtualRename", [this, main] {
-        if (RunVirtualRename(main, m_session, m_messages)) {
-            CatalogueChanged();
-        }
+        ChangeCatalogue([&] { return RunVirtualRename(main, m_session, m_messages); });
     });
     m_main.Wire("VirtualExport", [this, main] { RunVirtualExport(main, m_session, m_messages); });
     m_main.Wire("VirtualImport", [this, main] {
         const QString path = JK2Import(main, QString::fromStdString(m_session.Settings.LastImport));
-        if (RunVirtualImport(m_session, path.toStdString(), m_messages)) {
-            CatalogueChanged();
-        }
+        ChangeCatalogue(
+            [&] { return RunVirtualImport(m_session, path.toStdString(), m_messages); });
     });
     m_main.Wire("VirtualStats", [this, main] { RunVirtualSummary(main, m_session); });
     m_main.Wire("RecurseAllVirtual", [main] { main->RecurseAllVirtual_Click(); });
@@ -86,6 +80,17 @@ void VirtualDriveWiring::WireCommands() {
         if (auto* item = m_main.findChild<QAction*>(name)) {
             QObject::connect(item, &QAction::triggered, &m_main, [this, i] { Mark_Click(i); });
         }
+    }
+}
+
+// A command that may change the catalogue: an open Search Wizard keeps its index's build off
+// the catalogue until the command is over.
+void VirtualDriveWiring::ChangeCatalogue(const std::function<bool()>& change) {
+    FindersCatalogueChanging(&m_main);
+    const bool changed = change();
+    FindersCatalogueChanged(&m_main);
+    if (changed) {
+        CatalogueChanged();
     }
 }
 

@@ -4,6 +4,7 @@
 // wizards, the summary, "Recurse &virtual drives", the Bookmarks menu, the toolbar keys
 // "addvdrive" and "bookmarks", and the watch that marks the inserted discs in the tree.
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -38,6 +39,7 @@ public:
 private:
     void WireCommands();
     // After a command that changed the catalogue.
+    void ChangeCatalogue(const std::function<bool()>& change);
     void CatalogueChanged();
     void Status(std::string_view text);
 

@@ -29,4 +29,16 @@ void OpenDuplicateFinder(FinderHost& host, QWidget* parent) {
     OpenOnce<wizDuplicate>(host, parent);
 }
 
+void FindersCatalogueChanging(QWidget* parent) {
+    if (auto* search = parent != nullptr ? parent->findChild<wizSearch*>() : nullptr) {
+        search->CatalogueChanging();
+    }
+}
+
+void FindersCatalogueChanged(QWidget* parent) {
+    if (auto* search = parent != nullptr ? parent->findChild<wizSearch*>() : nullptr) {
+        search->CatalogueChanged();
+    }
+}
+
 }  // namespace jk

@@ -15,4 +15,9 @@ void OpenSearchWizard(FinderHost& host, QWidget* parent);
 // The same for the Duplicate Finder.
 void OpenDuplicateFinder(FinderHost& host, QWidget* parent);
 
+// Before and after the catalogue changes: the Search Wizard open beside `parent` holds its
+// index's build off the catalogue meanwhile.
+void FindersCatalogueChanging(QWidget* parent);
+void FindersCatalogueChanged(QWidget* parent);
+
 }  // namespace jk

@@ -568,7 +568,7 @@ bool wizSearch::LiveSearchApplies() const {
 // A large catalogue is searched through the index alone: until it is built (on its own thread,
 // at the first search), the rows shown stay, and the search runs when it is ready.
 void wizSearch::LiveSearch() {
-    if (m_searching || !LiveSearchApplies()) {
+    if (m_searching || m_catalogueChanging || !LiveSearchApplies()) {
         return;
     }
     const CatalogueView& catalogue = *m_host.Catalogue;
@@ -643,9 +643,23 @@ void wizSearch::showEvent(QShowEvent* event) {
 
 // The index is built as soon as the window looks in the catalogue, not at the first key.
 void wizSearch::PrepareIndex() {
-    if (LiveSearchApplies()) {
+    if (!m_catalogueChanging && LiveSearchApplies()) {
         KeepIndex();
         m_index->Ready();
+    }
+}
+
+void wizSearch::CatalogueChanging() {
+    m_catalogueChanging = true;
+    if (m_index) {
+        m_index->CatalogueChanging();
+    }
+}
+
+void wizSearch::CatalogueChanged() {
+    m_catalogueChanging = false;
+    if (m_index && LiveSearchApplies()) {
+        m_index->CatalogueChanged();
     }
 }
 

@@ -51,6 +51,11 @@ public:
     // Whether the text typed now starts a live search (the catalogue, SearchAsYouType on).
     bool LiveSearchApplies() const;
 
+    // The main window is about to change the catalogue, and has changed it: the index's build
+    // stops before the catalogue is touched, none starts meanwhile, and a new one starts after.
+    void CatalogueChanging();
+    void CatalogueChanged();
+
     void Command1_Click();  // "Search"
     void Command5_Click();  // "Abort"
     void Command2_Click();  // "Close"
@@ -117,6 +122,7 @@ private:
     std::shared_ptr<ResultsTally> m_liveTally;
     int m_lastKey = 0;
     bool m_awaitingIndex = false;
+    bool m_catalogueChanging = false;
     bool m_searching = false;
     bool m_abort = false;
     bool m_closing = false;
