@@ -144,14 +144,12 @@ FileByteSource::FileByteSource(const std::string& path, std::int64_t size,
 void FileByteSource::Adopt(ReadFile file) {
     m_file = std::move(file);
     m_openTried = true;
-    m_file.ReadsAtRandom();
 }
 
 bool FileByteSource::Open() {
     if (!m_openTried) {
         m_openTried = true;
         m_file = ReadFile(m_path);
-        m_file.ReadsAtRandom();
     }
     return m_file.IsOpen();
 }
@@ -165,8 +163,22 @@ bool FileByteSource::ReadExact(std::int64_t offset, std::uint8_t* out, std::int6
     }
     ++m_reads;
     m_bytesRead += length;
-    const std::int64_t got = m_file.ReadAt(offset, {out, static_cast<std::size_t>(length)});
-    return got == length;
+    std::span<std::uint8_t> wanted{out, static_cast<std::size_t>(length)};
+    if (m_fromMemory) {
+        // A song read lately is in memory: its bytes are taken with no hint, one call a file
+        // fewer. The first block that must come from the disk gives the hint, before it is read.
+        const std::int64_t got = m_file.ReadCachedAt(offset, wanted);
+        if (got == length) {
+            return true;
+        }
+        m_fromMemory = false;
+        m_file.ReadsAtRandom();
+        if (got > 0) {
+            offset += got;
+            wanted = wanted.subspan(static_cast<std::size_t>(got));
+        }
+    }
+    return m_file.ReadAt(offset, wanted) == static_cast<std::int64_t>(wanted.size());
 }
 
 bool FileByteSource::GrowHead(std::int64_t end) {

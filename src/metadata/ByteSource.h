@@ -116,8 +116,9 @@ struct FileSourceBuffers {
 // A file of known length. Ranges inside the read-ahead's head or tail cost nothing; a range that
 // starts inside the head (or right behind it) grows the head; others are read into a scratch
 // block. The file is opened on the first read the held bytes don't cover, unless the caller
-// handed over a file it had open already; either way the system is told that the reads come
-// at random places, so it reads no more of the file than they ask for.
+// handed over a file it had open already. Reads take what memory holds first; once one must go
+// to the disk, the system is told that the reads come at random places, so it reads no more of
+// the file than they ask for.
 class FileByteSource final : public ByteSource {
 public:
     // `head` and `tail` are bytes read ahead (either may be empty); `tailOffset` is where `tail`
@@ -148,6 +149,7 @@ private:
     FileSourceBuffers& m_buffers;
     ReadFile m_file;
     bool m_openTried = false;
+    bool m_fromMemory = true;  // every read so far was had from memory
     ByteView m_head;
     ByteView m_tail;
     std::int64_t m_tailOffset = 0;
