@@ -110,14 +110,16 @@ FileStatus DiskAheadFiles::Stat(std::string_view path) {
     return folder != nullptr ? folder->StatAt(m_read.name) : StatPath(m_read.name);
 }
 
-bool DiskAheadFiles::ReadHeadAndTail(std::string_view path, PrefetchedBytes& bytes) {
-    const ReadFile file = Open(m_read, path);
+bool DiskAheadFiles::ReadHeadAndTail(std::string_view path, OpenedAhead* opened,
+                                     PrefetchedBytes& bytes) {
+    const bool wasOpened = opened != nullptr && opened->file.IsOpen();
+    const ReadFile file = wasOpened ? std::move(opened->file) : Open(m_read, path);
     if (!file.IsOpen()) {
         // It may exist and refuse to be read.
         StatusOnly(Stat(path), bytes);
         return true;
     }
-    const FileStatus status = file.Status();
+    const FileStatus status = wasOpened ? opened->status : file.Status();
     if (!status.isRegular || status.size < kSmallestSongFile) {
         StatusOnly(status, bytes);  // the reader reads nothing of it
         return true;
@@ -126,10 +128,11 @@ bool DiskAheadFiles::ReadHeadAndTail(std::string_view path, PrefetchedBytes& byt
     return ReadSongBlocks(file, bytes);
 }
 
-void DiskAheadFiles::Expect(std::string_view path) {
-    const ReadFile file = Open(m_expect, path);
+void DiskAheadFiles::Expect(std::string_view path, OpenedAhead& opened) {
+    ReadFile file = Open(m_expect, path);
     const FileStatus status = file.Status();
     if (!status.isRegular || status.size < kSmallestSongFile) {
+        opened.file = ReadFile();
         return;
     }
     // Only the ranges named are read, whatever the file's read-ahead: these are the blocks that
@@ -138,6 +141,9 @@ void DiskAheadFiles::Expect(std::string_view path) {
     const std::int64_t tail = std::min<std::int64_t>(status.size - head, kTailBlockBytes);
     file.WillNeed(0, head);
     file.WillNeed(status.size - tail, tail);
+    // Kept open, so that its reading looks up neither its name nor its status again.
+    opened.file = std::move(file);
+    opened.status = status;
 }
 
 }  // namespace jk

@@ -111,7 +111,9 @@ bool ReadAheadScanner::ReadAheadOf(Slot& slot, Reader& reader) {
             return true;
         }
     }
-    return reader.files->ReadHeadAndTail(path, bytes);
+    const bool inMemory = reader.files->ReadHeadAndTail(path, &slot.opened, bytes);
+    slot.opened.file = ReadFile();
+    return inMemory;
 }
 
 void ReadAheadScanner::WakeWorkersLocked() {
@@ -215,15 +217,29 @@ void ReadAheadScanner::ExpectAheadLocked(std::unique_lock<std::mutex>& lock, Rea
             if (reader.expected.size() <= reader.expectedCount) {
                 reader.expected.emplace_back();
             }
-            reader.expected[reader.expectedCount++].assign(Trim(slot.path));
+            Reader::Expected& expected = reader.expected[reader.expectedCount++];
+            expected.position = position;
+            expected.path.assign(Trim(slot.path));
         }
     }
     m_nextExpect = end;
     lock.unlock();
     for (std::size_t i = 0; i < reader.expectedCount; ++i) {
-        reader.files->Expect(reader.expected[i]);
+        reader.files->Expect(reader.expected[i].path, reader.expected[i].opened);
     }
     lock.lock();
+    // A file still waiting for its reader takes the file opened for it; one that has been taken
+    // meanwhile is read through a file of its own, and this one is closed when the entry is
+    // next used.
+    for (std::size_t i = 0; i < reader.expectedCount; ++i) {
+        Reader::Expected& expected = reader.expected[i];
+        if (expected.position >= m_front && expected.position < m_front + m_slots.size()) {
+            Slot& slot = m_slots[expected.position - m_front];
+            if (slot.state == SlotState::Pending && !slot.opened.file.IsOpen()) {
+                std::swap(slot.opened, expected.opened);
+            }
+        }
+    }
 }
 
 void ReadAheadScanner::WorkerLoop() {

@@ -72,6 +72,7 @@ private:
         std::string path;
         std::string cachedStamp;                 // of the cache slot it would hit, or empty
         std::unique_ptr<PrefetchedBytes> bytes;  // null when nothing is to be read ahead
+        OpenedAhead opened;                      // the file, when the disk was told of it
         SlotState state = SlotState::Unstamped;
     };
 
@@ -79,7 +80,13 @@ private:
     struct Reader {
         std::unique_ptr<AheadFiles> files;
         FileDates dates;
-        std::vector<std::string> expected;  // the paths to tell the disk of next
+        // The files to tell the disk of next: their positions, paths, and the files opened.
+        struct Expected {
+            std::size_t position = 0;
+            std::string path;
+            OpenedAhead opened;
+        };
+        std::vector<Expected> expected;
         std::size_t expectedCount = 0;
     };
 

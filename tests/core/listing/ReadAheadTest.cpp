@@ -107,11 +107,13 @@ public:
     using Hook = std::function<void(std::string_view path)>;
     explicit HookedFiles(Hook hook) : m_hook(std::move(hook)) {}
     FileStatus Stat(std::string_view path) override { return m_disk.Stat(path); }
-    bool ReadHeadAndTail(std::string_view path, PrefetchedBytes& bytes) override {
+    bool ReadHeadAndTail(std::string_view path, OpenedAhead* opened,
+                         PrefetchedBytes& bytes) override {
         m_hook(path);
-        return m_disk.ReadHeadAndTail(path, bytes);
+        return m_disk.ReadHeadAndTail(path, opened, bytes);
     }
-    void Expect(std::string_view path) override { m_disk.Expect(path); }
+    // Nothing is opened ahead: the hook sees every file before it is opened.
+    void Expect(std::string_view, OpenedAhead&) override {}
 
 private:
     Hook m_hook;
@@ -136,7 +138,8 @@ class LoggedFiles final : public AheadFiles {
 public:
     LoggedFiles(DiskLog& log, bool fromDisk) : m_log(log), m_fromDisk(fromDisk) {}
     FileStatus Stat(std::string_view path) override { return m_disk.Stat(path); }
-    bool ReadHeadAndTail(std::string_view path, PrefetchedBytes& bytes) override {
+    bool ReadHeadAndTail(std::string_view path, OpenedAhead* opened,
+                         PrefetchedBytes& bytes) override {
         {
             std::lock_guard lock(m_log.mutex);
             m_log.read.emplace_back(path);
@@ -148,15 +151,15 @@ public:
         if (m_fromDisk) {
             std::this_thread::sleep_for(std::chrono::microseconds(300));
         }
-        m_disk.ReadHeadAndTail(path, bytes);
+        m_disk.ReadHeadAndTail(path, opened, bytes);
         return !m_fromDisk;
     }
-    void Expect(std::string_view path) override {
+    void Expect(std::string_view path, OpenedAhead& opened) override {
         {
             std::lock_guard lock(m_log.mutex);
             m_log.expected.emplace_back(path);
         }
-        m_disk.Expect(path);
+        m_disk.Expect(path, opened);
     }
 
 private:
@@ -567,22 +570,38 @@ TEST(ReadAheadScanner, TellsTheDiskOfFilesAheadOnlyWhileTheyComeFromIt) {
     }
 }
 
-TEST(DiskAheadFiles, ExpectingAFileThatCantBeReadDoesNothingAndItsBlocksStillCome) {
+// A file told of is kept open for its reading, which then needs neither its name nor its status:
+// it is read as it was when it was told of, even when it has been removed since. Files that can't
+// be read are passed over.
+TEST(DiskAheadFiles, KeepsAFileToldOfOpenForItsReadingAndPassesOverTheRest) {
     TempFolder dir;
     const std::string song = WriteTagged(dir, "song.mp3", 30000, 5000);
     WritePattern(dir, "tiny.mp3", 100);
     std::filesystem::create_directory(dir.Folder() + "folder.mp3");
     DiskAheadFiles files;
-    for (const std::string name : {"missing.mp3", "tiny.mp3", "folder.mp3", "song.mp3"}) {
-        files.Expect(dir.Folder() + name);
+    for (const std::string name : {"missing.mp3", "tiny.mp3", "folder.mp3", ""}) {
+        OpenedAhead opened;
+        files.Expect(dir.Folder() + name, opened);
+        EXPECT_FALSE(opened.file.IsOpen()) << name;
     }
-    files.Expect("");
-    files.Expect("relative.mp3");
-    PrefetchedBytes bytes;
-    EXPECT_TRUE(files.ReadHeadAndTail(song, bytes) || !bytes.head.empty());
-    EXPECT_EQ(bytes.head.size(), 5000u + 2048u);
-    EXPECT_EQ(bytes.tail.size(), kTailBlockBytes);
-    EXPECT_EQ(bytes.tailOffset + static_cast<std::int64_t>(bytes.tail.size()), 30000);
+    OpenedAhead relative;
+    files.Expect("relative.mp3", relative);
+    EXPECT_FALSE(relative.file.IsOpen());
+
+    OpenedAhead opened;
+    files.Expect(song, opened);
+    ASSERT_TRUE(opened.file.IsOpen());
+    std::filesystem::remove(song);
+    for (const bool toldOf : {true, false}) {
+        PrefetchedBytes bytes;
+        files.ReadHeadAndTail(song, toldOf ? &opened : nullptr, bytes);
+        EXPECT_EQ(bytes.status.exists, toldOf);
+        EXPECT_EQ(bytes.head.size(), toldOf ? 5000u + 2048u : 0u);
+        EXPECT_EQ(bytes.tail.size(), toldOf ? kTailBlockBytes : 0u);
+        EXPECT_EQ(bytes.tailOffset + static_cast<std::int64_t>(bytes.tail.size()),
+                  toldOf ? 30000 : 0);
+        EXPECT_FALSE(opened.file.IsOpen()) << "handed over to the reading";
+    }
 }
 
 TEST(ReadAheadScanner, WithoutWorkersAsksForNoLookAheadAndStartsNoThread) {
