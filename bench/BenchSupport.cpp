@@ -146,8 +146,11 @@ DiskBytes DiskBytesNow(const std::string& path) {
         std::int64_t readsDone = 0;
         std::int64_t readsMerged = 0;
         std::int64_t sectors = 0;
-        if (stat >> readsDone >> readsMerged >> sectors) {
+        std::int64_t readMs = 0;
+        if (stat >> readsDone >> readsMerged >> sectors >> readMs) {
             bytes.device = sectors * 512;
+            bytes.requests = readsDone;
+            bytes.requestMs = readMs;
         }
     }
     std::ifstream io("/proc/self/io");
@@ -159,6 +162,20 @@ DiskBytes DiskBytesNow(const std::string& path) {
         }
     }
     return bytes;
+}
+
+std::string RequestsText(const DiskBytes& before, const DiskBytes& after, double seconds) {
+    if (before.requests < 0 || after.requests < 0 || seconds <= 0) {
+        return "";
+    }
+    const std::int64_t requests = after.requests - before.requests;
+    const double kilobytes = static_cast<double>(after.device - before.device) / 1024.0;
+    char text[96];
+    std::snprintf(text, sizeof text, "%lld requests of %.1f KB, %.1f in flight",
+                  static_cast<long long>(requests),
+                  requests > 0 ? kilobytes / static_cast<double>(requests) : 0.0,
+                  static_cast<double>(after.requestMs - before.requestMs) / 1000.0 / seconds);
+    return text;
 }
 
 std::string MegabytesText(std::int64_t before, std::int64_t after) {

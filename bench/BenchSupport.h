@@ -42,13 +42,21 @@ PassResult TimePass(const std::vector<std::string>& files,
 // Bytes read from the disk so far: by the whole block device that holds a path (field 3 of its
 // /sys/dev/block/MAJOR:MINOR/stat, in sectors of 512 bytes; other processes' reads count too),
 // and by this process alone (read_bytes of /proc/self/io). -1 where the system doesn't tell.
+// With the bytes, the device's read requests done and the time they spent queued or in service,
+// summed over the requests (milliseconds): divided by a pass's wall time, the requests in flight
+// on average.
 struct DiskBytes {
     std::int64_t device = -1;
     std::int64_t process = -1;
+    std::int64_t requests = -1;
+    std::int64_t requestMs = -1;
 };
 DiskBytes DiskBytesNow(const std::string& path);
 // The bytes read between two readings, in MB ("-" where unknown).
 std::string MegabytesText(std::int64_t before, std::int64_t after);
+// The device's read requests between two readings taken `seconds` apart: how many, their
+// average size, and how many were in flight on average ("" where unknown).
+std::string RequestsText(const DiskBytes& before, const DiskBytes& after, double seconds);
 
 // Peak resident memory of this process so far, in MiB.
 double PeakRssMiB();

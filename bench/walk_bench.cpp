@@ -76,6 +76,7 @@ struct ColdPass {
     double seconds = 0;
     std::string deviceMB;
     std::string processMB;
+    std::string requests;  // the device's read requests
 };
 
 ColdPass TimeCold(const std::string& root, const std::vector<std::string>& files, std::string& how,
@@ -85,7 +86,8 @@ ColdPass TimeCold(const std::string& root, const std::vector<std::string>& files
     const double seconds = Seconds(work);
     const jkbench::DiskBytes after = jkbench::DiskBytesNow(root);
     return {seconds, jkbench::MegabytesText(before.device, after.device),
-            jkbench::MegabytesText(before.process, after.process)};
+            jkbench::MegabytesText(before.process, after.process),
+            jkbench::RequestsText(before, after, seconds)};
 }
 
 void ColdLine(const char* name, std::size_t files, const ColdPass& pass, double reference) {
@@ -200,6 +202,9 @@ int main(int argc, char** argv) {
         std::printf(
             "  (ratios against TagLib's walk; MB read from the disk by the whole device, which "
             "other processes share, and by this program alone)\n");
+        std::printf("  the device's reads: %s (ours); %s (TagLib); %s (I/O floor)\n",
+                    oursCold.requests.c_str(), tagLibCold.requests.c_str(),
+                    floorCold.requests.c_str());
         // Leave a warm song cache for the list figures below.
         walkWith(statOnly);
         coldRows.clear();

@@ -85,41 +85,65 @@ bool ReadSongBlocks(const ReadFile& file, PrefetchedBytes& bytes) {
     return reading.InMemory();
 }
 
-const FolderHandle* DiskAheadFiles::Place(std::string_view path) {
-    const std::size_t slash = path.find_last_of('/');
+const FolderHandle* DiskAheadFiles::HeldFolder::Place(std::string_view filePath) {
+    const std::size_t slash = filePath.find_last_of('/');
     if (slash == std::string_view::npos || slash == 0) {
-        m_name.assign(path);
+        name.assign(filePath);
         return nullptr;
     }
-    const std::string_view folder = path.substr(0, slash);
-    if (folder != m_folderPath || !m_folder.IsOpen()) {
-        m_folderPath.assign(folder);
-        m_folder = FolderHandle(m_folderPath);
+    const std::string_view folder = filePath.substr(0, slash);
+    if (folder != path || !handle.IsOpen()) {
+        path.assign(folder);
+        handle = FolderHandle(path);
     }
-    m_name.assign(m_folder.IsOpen() ? path.substr(slash + 1) : path);
-    return m_folder.IsOpen() ? &m_folder : nullptr;
+    name.assign(handle.IsOpen() ? filePath.substr(slash + 1) : filePath);
+    return handle.IsOpen() ? &handle : nullptr;
+}
+
+ReadFile DiskAheadFiles::Open(HeldFolder& held, std::string_view path) {
+    const FolderHandle* folder = held.Place(path);
+    return folder != nullptr ? ReadFile(*folder, held.name) : ReadFile(held.name);
 }
 
 FileStatus DiskAheadFiles::Stat(std::string_view path) {
-    const FolderHandle* folder = Place(path);
-    return folder != nullptr ? folder->StatAt(m_name) : StatPath(m_name);
+    const FolderHandle* folder = m_read.Place(path);
+    return folder != nullptr ? folder->StatAt(m_read.name) : StatPath(m_read.name);
 }
 
-bool DiskAheadFiles::ReadHeadAndTail(std::string_view path, PrefetchedBytes& bytes) {
-    const FolderHandle* folder = Place(path);
-    const ReadFile file = folder != nullptr ? ReadFile(*folder, m_name) : ReadFile(m_name);
+bool DiskAheadFiles::ReadHeadAndTail(std::string_view path, OpenedAhead* opened,
+                                     PrefetchedBytes& bytes) {
+    const bool wasOpened = opened != nullptr && opened->file.IsOpen();
+    const ReadFile file = wasOpened ? std::move(opened->file) : Open(m_read, path);
     if (!file.IsOpen()) {
         // It may exist and refuse to be read.
-        StatusOnly(folder != nullptr ? folder->StatAt(m_name) : StatPath(m_name), bytes);
+        StatusOnly(Stat(path), bytes);
         return true;
     }
-    const FileStatus status = file.Status();
+    const FileStatus status = wasOpened ? opened->status : file.Status();
     if (!status.isRegular || status.size < kSmallestSongFile) {
         StatusOnly(status, bytes);  // the reader reads nothing of it
         return true;
     }
     bytes.status = status;
     return ReadSongBlocks(file, bytes);
+}
+
+void DiskAheadFiles::Expect(std::string_view path, OpenedAhead& opened) {
+    ReadFile file = Open(m_expect, path);
+    const FileStatus status = file.Status();
+    if (!status.isRegular || status.size < kSmallestSongFile) {
+        opened.file = ReadFile();
+        return;
+    }
+    // Only the ranges named are read, whatever the file's read-ahead: these are the blocks that
+    // ReadSongBlocks reads first. A larger ID3v2 tag is asked for when its header is seen.
+    const std::int64_t head = std::min<std::int64_t>(status.size, kHeadBlockBytes);
+    const std::int64_t tail = std::min<std::int64_t>(status.size - head, kTailBlockBytes);
+    file.WillNeed(0, head);
+    file.WillNeed(status.size - tail, tail);
+    // Kept open, so that its reading looks up neither its name nor its status again.
+    opened.file = std::move(file);
+    opened.status = status;
 }
 
 }  // namespace jk

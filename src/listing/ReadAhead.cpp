@@ -22,6 +22,13 @@ constexpr std::size_t kBatch = 16;
 // folder over all of them.
 constexpr std::size_t kFilesPerWorkerFromDisk = 16;
 constexpr std::size_t kFilesPerWorkerFromMemory = 64;
+// While files come from the disk, the disk is told of the files this far ahead of the claim
+// position, a few at a time by whichever worker is about to read: with eight workers each
+// waiting for one file there are only a few reads in flight, which a disk that serves many at
+// once in the time of one turns into idle time. Told too far ahead, blocks would come long
+// before they are read and wait in memory.
+constexpr std::size_t kExpectAhead = 64;
+constexpr std::size_t kExpectBatch = 8;
 // Buffers kept for the next files are of the usual size (a head block, or a small tag and the
 // bytes behind it); one that grew past this is let go.
 constexpr std::size_t kKeptBufferBytes = std::size_t{32} * 1024;
@@ -104,7 +111,9 @@ bool ReadAheadScanner::ReadAheadOf(Slot& slot, Reader& reader) {
             return true;
         }
     }
-    return reader.files->ReadHeadAndTail(path, bytes);
+    const bool inMemory = reader.files->ReadHeadAndTail(path, &slot.opened, bytes);
+    slot.opened.file = ReadFile();
+    return inMemory;
 }
 
 void ReadAheadScanner::WakeWorkersLocked() {
@@ -192,12 +201,57 @@ ReadAheadScanner::Slot* ReadAheadScanner::ClaimLocked() {
     return nullptr;
 }
 
+void ReadAheadScanner::ExpectAheadLocked(std::unique_lock<std::mutex>& lock, Reader& reader) {
+    const std::size_t claimFrom = std::max(m_nextClaim, m_front);
+    const std::size_t from = std::max(m_nextExpect, claimFrom);
+    const std::size_t end = std::min({m_stamped, claimFrom + kExpectAhead, from + kExpectBatch});
+    if (from >= end) {
+        return;
+    }
+    // The paths are copied: a slot may be read and scanned while its file is expected.
+    reader.expectedCount = 0;
+    for (std::size_t position = from; position < end; ++position) {
+        const Slot& slot = m_slots[position - m_front];
+        // A file the cache will answer is only looked at, and a file being read is on its way.
+        if (slot.state == SlotState::Pending && slot.cachedStamp.empty()) {
+            if (reader.expected.size() <= reader.expectedCount) {
+                reader.expected.emplace_back();
+            }
+            Reader::Expected& expected = reader.expected[reader.expectedCount++];
+            expected.position = position;
+            expected.path.assign(Trim(slot.path));
+        }
+    }
+    m_nextExpect = end;
+    lock.unlock();
+    for (std::size_t i = 0; i < reader.expectedCount; ++i) {
+        reader.files->Expect(reader.expected[i].path, reader.expected[i].opened);
+    }
+    lock.lock();
+    // A file still waiting for its reader takes the file opened for it; one that has been taken
+    // meanwhile is read through a file of its own, and this one is closed when the entry is
+    // next used.
+    for (std::size_t i = 0; i < reader.expectedCount; ++i) {
+        Reader::Expected& expected = reader.expected[i];
+        if (expected.position >= m_front && expected.position < m_front + m_slots.size()) {
+            Slot& slot = m_slots[expected.position - m_front];
+            if (slot.state == SlotState::Pending && !slot.opened.file.IsOpen()) {
+                std::swap(slot.opened, expected.opened);
+            }
+        }
+    }
+}
+
 void ReadAheadScanner::WorkerLoop() {
     Reader reader = MakeReader();
     std::unique_lock lock(m_mutex);
     for (;;) {
         if (m_stop) {
             return;
+        }
+        if (m_fromDisk) {
+            // Files in memory are read in microseconds: telling of them would only add calls.
+            ExpectAheadLocked(lock, reader);
         }
         Slot* slot = ClaimLocked();
         if (slot == nullptr) {

@@ -6,7 +6,9 @@
 // files ahead form a bounded queue that the walk's thread takes from the front, waiting when
 // its file is still being read, and reading it itself when no worker has taken it yet. The
 // walk's thread alone touches the song cache: it asks the cache about the files ahead before
-// any worker takes them, so a file the cache will answer is never opened.
+// any worker takes them, so a file the cache will answer is never opened. While files come from
+// the disk, the workers also tell the disk of the files a little further ahead before they read
+// their own, so that the disk has many small reads to order at once rather than one per worker.
 
 #include <atomic>
 #include <condition_variable>
@@ -70,6 +72,7 @@ private:
         std::string path;
         std::string cachedStamp;                 // of the cache slot it would hit, or empty
         std::unique_ptr<PrefetchedBytes> bytes;  // null when nothing is to be read ahead
+        OpenedAhead opened;                      // the file, when the disk was told of it
         SlotState state = SlotState::Unstamped;
     };
 
@@ -77,6 +80,14 @@ private:
     struct Reader {
         std::unique_ptr<AheadFiles> files;
         FileDates dates;
+        // The files to tell the disk of next: their positions, paths, and the files opened.
+        struct Expected {
+            std::size_t position = 0;
+            std::string path;
+            OpenedAhead opened;
+        };
+        std::vector<Expected> expected;
+        std::size_t expectedCount = 0;
     };
 
     Reader MakeReader() const;
@@ -84,6 +95,8 @@ private:
     // True when nothing had to come from the disk.
     bool ReadAheadOf(Slot& slot, Reader& reader);
     Slot* ClaimLocked();
+    // Tells the disk of a few files ahead of the claim position that no one has told it of.
+    void ExpectAheadLocked(std::unique_lock<std::mutex>& lock, Reader& reader);
     void WakeWorkersLocked();
     void PopScannedLocked();
     void WorkerLoop();
@@ -112,6 +125,7 @@ private:
     std::atomic<std::size_t> m_announced = 0;  // m_front + m_slots.size(), kept by Announce
     std::size_t m_stamped = 0;                 // slots before this position are stamped
     std::size_t m_nextClaim = 0;               // no slot before this position is Pending
+    std::size_t m_nextExpect = 0;              // the disk was told of files before this one
     std::size_t m_reading = 0;                 // slots that workers read now
     std::size_t m_idle = 0;                    // workers asleep for want of work
     std::size_t m_wakes = 0;                   // of those, the ones woken that have not yet got up

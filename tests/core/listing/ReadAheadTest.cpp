@@ -14,6 +14,7 @@
 #include <iterator>
 #include <map>
 #include <mutex>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -106,10 +107,13 @@ public:
     using Hook = std::function<void(std::string_view path)>;
     explicit HookedFiles(Hook hook) : m_hook(std::move(hook)) {}
     FileStatus Stat(std::string_view path) override { return m_disk.Stat(path); }
-    bool ReadHeadAndTail(std::string_view path, PrefetchedBytes& bytes) override {
+    bool ReadHeadAndTail(std::string_view path, OpenedAhead* opened,
+                         PrefetchedBytes& bytes) override {
         m_hook(path);
-        return m_disk.ReadHeadAndTail(path, bytes);
+        return m_disk.ReadHeadAndTail(path, opened, bytes);
     }
+    // Nothing is opened ahead: the hook sees every file before it is opened.
+    void Expect(std::string_view, OpenedAhead&) override {}
 
 private:
     Hook m_hook;
@@ -119,6 +123,50 @@ private:
 AheadFilesMaker Hooked(const HookedFiles::Hook& hook) {
     return [hook] { return std::make_unique<HookedFiles>(hook); };
 }
+
+// What the workers told the disk of and read, in the order it happened.
+struct DiskLog {
+    std::mutex mutex;
+    std::vector<std::string> expected;
+    std::vector<std::string> read;
+    std::size_t readAfterExpected = 0;  // reads of files the disk had been told of
+};
+
+// The disk's files, each read taking a little while and reported as having come from the disk
+// (or, with `fromDisk` false, from memory).
+class LoggedFiles final : public AheadFiles {
+public:
+    LoggedFiles(DiskLog& log, bool fromDisk) : m_log(log), m_fromDisk(fromDisk) {}
+    FileStatus Stat(std::string_view path) override { return m_disk.Stat(path); }
+    bool ReadHeadAndTail(std::string_view path, OpenedAhead* opened,
+                         PrefetchedBytes& bytes) override {
+        {
+            std::lock_guard lock(m_log.mutex);
+            m_log.read.emplace_back(path);
+            if (std::find(m_log.expected.begin(), m_log.expected.end(), path) !=
+                m_log.expected.end()) {
+                ++m_log.readAfterExpected;
+            }
+        }
+        if (m_fromDisk) {
+            std::this_thread::sleep_for(std::chrono::microseconds(300));
+        }
+        m_disk.ReadHeadAndTail(path, opened, bytes);
+        return !m_fromDisk;
+    }
+    void Expect(std::string_view path, OpenedAhead& opened) override {
+        {
+            std::lock_guard lock(m_log.mutex);
+            m_log.expected.emplace_back(path);
+        }
+        m_disk.Expect(path, opened);
+    }
+
+private:
+    DiskLog& m_log;
+    bool m_fromDisk;
+    DiskAheadFiles m_disk;
+};
 
 // Checks that each file came whole, in order, on the walk's thread.
 void ExpectWholeInOrder(const std::vector<Seen>& seen, const std::string& folder,
@@ -130,6 +178,21 @@ void ExpectWholeInOrder(const std::vector<Seen>& seen, const std::string& folder
         EXPECT_EQ(seen[i].head, kHeadBlockBytes) << names[i];
         EXPECT_EQ(seen[i].tail, kTailBlockBytes) << names[i];
         EXPECT_EQ(seen[i].tailEnd, static_cast<std::int64_t>(size)) << names[i];
+    }
+}
+
+// The same, where the files in `hits` are answered by the cache and handed over unread.
+void ExpectWholeInOrderOrHit(const std::vector<Seen>& seen, const std::string& folder,
+                             const std::vector<std::string>& names,
+                             const std::set<std::string>& hits) {
+    ASSERT_EQ(seen.size(), names.size());
+    for (std::size_t i = 0; i < seen.size(); ++i) {
+        EXPECT_EQ(seen[i].path, folder + names[i]);
+        EXPECT_EQ(seen[i].thread, std::this_thread::get_id());
+        EXPECT_TRUE(seen[i].exists);
+        const bool hit = hits.count(folder + names[i]) == 1;
+        EXPECT_EQ(seen[i].head, hit ? 0u : kHeadBlockBytes) << names[i];
+        EXPECT_EQ(seen[i].tail, hit ? 0u : kTailBlockBytes) << names[i];
     }
 }
 
@@ -457,6 +520,88 @@ TEST(ReadAheadScanner, DroppedFilesAreNeverHandedOverAndScanningGoesOnAfterwards
     EXPECT_EQ(seen[1].path, dir.Folder() + "f1.mp3");
     EXPECT_EQ(seen[2].path, dir.Folder() + "f7.mp3");
     EXPECT_EQ(seen[2].head, 300u);
+}
+
+// While files come from the disk, the disk is told of files ahead before they are read: only of
+// files that will be read (none the cache answers, none twice), so it reads nothing for nothing.
+// Files that come from memory are not told of.
+TEST(ReadAheadScanner, TellsTheDiskOfFilesAheadOnlyWhileTheyComeFromIt) {
+    TempFolder dir;
+    const std::vector<std::string> names = Names(300);
+    std::set<std::string> hits;
+    std::map<std::string, std::string> stamps;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const std::string path = WritePattern(dir, names[i], 6000);
+        if (i % 5 == 0) {
+            hits.insert(path);
+            stamps[path] = FormatStamp14(StatPath(path).modifiedSeconds);
+        }
+    }
+    const CacheStampLookup cache = [&stamps](std::string_view path) -> std::string_view {
+        const auto found = stamps.find(std::string(path));
+        return found == stamps.end() ? std::string_view() : std::string_view(found->second);
+    };
+    for (const bool fromDisk : {true, false}) {
+        for (const int threads : {1, 4}) {
+            DiskLog log;
+            std::vector<Seen> seen;
+            {
+                ReadAheadScanner scanner(0, Recorder(seen), cache, threads, [&log, fromDisk] {
+                    return std::make_unique<LoggedFiles>(log, fromDisk);
+                });
+                ScanAll(scanner, dir.Folder(), names);
+            }
+            ExpectWholeInOrderOrHit(seen, dir.Folder(), names, hits);
+            std::set<std::string> read(log.read.begin(), log.read.end());
+            EXPECT_EQ(read.size(), log.read.size()) << "each file is read once";
+            EXPECT_EQ(read.size(), names.size() - hits.size());
+            std::set<std::string> expected(log.expected.begin(), log.expected.end());
+            EXPECT_EQ(expected.size(), log.expected.size()) << "no file is told of twice";
+            for (const std::string& path : expected) {
+                EXPECT_TRUE(read.count(path) == 1) << path << " was told of and never read";
+            }
+            if (fromDisk) {
+                EXPECT_GT(log.readAfterExpected, read.size() / 2) << threads;
+            } else {
+                // Only before the first file has been found in memory.
+                EXPECT_LE(log.expected.size(), static_cast<std::size_t>(threads) * 8);
+            }
+        }
+    }
+}
+
+// A file told of is kept open for its reading, which then needs neither its name nor its status:
+// it is read as it was when it was told of, even when it has been removed since. Files that can't
+// be read are passed over.
+TEST(DiskAheadFiles, KeepsAFileToldOfOpenForItsReadingAndPassesOverTheRest) {
+    TempFolder dir;
+    const std::string song = WriteTagged(dir, "song.mp3", 30000, 5000);
+    WritePattern(dir, "tiny.mp3", 100);
+    std::filesystem::create_directory(dir.Folder() + "folder.mp3");
+    DiskAheadFiles files;
+    for (const std::string name : {"missing.mp3", "tiny.mp3", "folder.mp3", ""}) {
+        OpenedAhead opened;
+        files.Expect(dir.Folder() + name, opened);
+        EXPECT_FALSE(opened.file.IsOpen()) << name;
+    }
+    OpenedAhead relative;
+    files.Expect("relative.mp3", relative);
+    EXPECT_FALSE(relative.file.IsOpen());
+
+    OpenedAhead opened;
+    files.Expect(song, opened);
+    ASSERT_TRUE(opened.file.IsOpen());
+    std::filesystem::remove(song);
+    for (const bool toldOf : {true, false}) {
+        PrefetchedBytes bytes;
+        files.ReadHeadAndTail(song, toldOf ? &opened : nullptr, bytes);
+        EXPECT_EQ(bytes.status.exists, toldOf);
+        EXPECT_EQ(bytes.head.size(), toldOf ? 5000u + 2048u : 0u);
+        EXPECT_EQ(bytes.tail.size(), toldOf ? kTailBlockBytes : 0u);
+        EXPECT_EQ(bytes.tailOffset + static_cast<std::int64_t>(bytes.tail.size()),
+                  toldOf ? 30000 : 0);
+        EXPECT_FALSE(opened.file.IsOpen()) << "handed over to the reading";
+    }
 }
 
 TEST(ReadAheadScanner, WithoutWorkersAsksForNoLookAheadAndStartsNoThread) {
