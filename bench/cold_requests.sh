@@ -11,20 +11,8 @@
 # Run as root (it writes /proc/sys/vm/drop_caches). ROUNDS is 3 by default.
 set -euo pipefail
 
-if [ $# -lt 3 ]; then
-    sed -n '2,11p' "$0" | sed 's/^# \{0,1\}//'
-    exit 1
-fi
-old=$1
-new=$2
-collection=$3
-rounds=${4:-3}
-for build in "$old" "$new"; do
-    if [ ! -x "$build/jukarra-cli" ]; then
-        echo "cold_requests.sh: $build/jukarra-cli is missing" >&2
-        exit 1
-    fi
-done
+source "$(dirname "$0")/two-builds.sh"
+two_builds "$0" "$@"
 source=$(df --output=source "$collection" | tail -1)
 device=$(lsblk -no PKNAME "$source" 2>/dev/null || true)
 [ -n "$device" ] || device=$(basename "$source")

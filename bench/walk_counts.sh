@@ -11,20 +11,8 @@
 # each walk are counted by perf; the smallest CPU time is kept with the counts of that run.
 set -euo pipefail
 
-if [ $# -lt 3 ]; then
-    sed -n '2,11p' "$0" | sed 's/^# \{0,1\}//'
-    exit 1
-fi
-old=$1
-new=$2
-collection=$3
-rounds=${4:-3}
-for build in "$old" "$new"; do
-    if [ ! -x "$build/jukarra-cli" ]; then
-        echo "walk_counts.sh: $build/jukarra-cli is missing" >&2
-        exit 1
-    fi
-done
+source "$(dirname "$0")/two-builds.sh"
+two_builds "$0" "$@"
 for tool in perf strace; do
     command -v "$tool" >/dev/null || { echo "walk_counts.sh: $tool is not installed" >&2; exit 1; }
 done
