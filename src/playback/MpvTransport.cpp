@@ -214,6 +214,12 @@ AddResult MpvTransport::AddSongs(std::span<const std::string> paths) {
     return allAnswered ? AddResult::Added : AddResult::Failed;
 }
 
+// mpv has a playing time only once the song is open and its audio started.
+bool MpvTransport::Sounding() {
+    const std::optional<MpvData> time = Property("playback-time");
+    return time && time->type == MpvData::Type::Number;
+}
+
 bool MpvTransport::TakeListFile(const std::string& listPath, bool append) {
     const std::optional<MpvMessage> reply =
         RunOne({"loadlist"sv, std::string_view(listPath), append ? "append"sv : "replace"sv});

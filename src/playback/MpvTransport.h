@@ -53,6 +53,7 @@ public:
     bool HasMessageRoad() override { return Running(); }
     void ClearList() override;
     AddResult AddSongs(std::span<const std::string> paths) override;
+    bool Sounding() override;
 
     // What a second start of the player with a list file does to a player that allows one
     // instance: the list replaces the one it holds and plays, or with `append` goes behind it.

@@ -83,6 +83,11 @@ public:
     virtual bool HasMessageRoad() { return false; }
     virtual void ClearList() {}
     virtual AddResult AddSongs(std::span<const std::string> /*paths*/) { return AddResult::Failed; }
+    // Whether the song just started sounds yet. A player opening its first song while a long
+    // list streams in behind it starts late, so the message road waits for this first (and
+    // restarts a player that went idle on a first song it could not open). Players that cannot
+    // tell say yes.
+    virtual bool Sounding() { return true; }
     // A player that takes one file to open and play at once (an MPRIS player without a track
     // list): true when it took it.
     virtual bool OpenAndPlay(const std::string& /*path*/) { return false; }

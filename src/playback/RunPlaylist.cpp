@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <span>
+#include <thread>
 
 #include "metadata/SilentMp3.h"
 #include "playback/PlayerKind.h"
@@ -78,6 +79,19 @@ void CommandLineRoad(std::span<const std::string> songs, bool queue, const PlayS
     }
 }
 
+// Gives the first song its moment to start before the rest of the list floods the player,
+// the caller's progress running meanwhile; false when the progress says stop.
+bool AwaitFirstSong(PlayerTransport& player, const PlayFront& front, std::int64_t total) {
+    const auto until = std::chrono::steady_clock::now() + kFirstSongWait;
+    while (!player.Sounding() && std::chrono::steady_clock::now() < until) {
+        if (front.progress && !front.progress(1, total)) {
+            return false;
+        }
+        std::this_thread::sleep_for(kFirstSongPoll);
+    }
+    return true;
+}
+
 void MessageRoad(std::span<const std::string> songs, bool queue, std::int16_t mode,
                  const PlaySettings& settings, PlayerBridge& bridge, const PlayFront& front,
                  RunPlaylistResult& result) {
@@ -96,6 +110,10 @@ void MessageRoad(std::span<const std::string> songs, bool queue, std::int16_t mo
         // behind it.
         if (!queue && next == 1) {
             player.Play();
+            if (!AwaitFirstSong(player, front, total)) {
+                result.stopped = true;
+                return;
+            }
         }
         const std::size_t batch = next == 0 ? 1 : std::min(kMessageRoadBatch, songs.size() - next);
         const AddResult added = player.AddSongs(songs.subspan(next, batch));
@@ -114,7 +132,7 @@ void MessageRoad(std::span<const std::string> songs, bool queue, std::int16_t mo
             return;
         }
     }
-    if (songs.size() == 1 && !queue) {
+    if (!queue && (songs.size() == 1 || !player.Sounding())) {
         player.Play();
     }
     if (!queue && ShouldMinimize(songs.size(), settings, front)) {

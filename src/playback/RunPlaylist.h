@@ -4,6 +4,7 @@
 // command line as "templist.m3u", or song by song to a running player (the message road), as
 // the load mode, the player's kind and whether it runs decide.
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -24,6 +25,10 @@ inline constexpr std::int16_t kLoadCommandLine = 2;  // always the command-line 
 // The message road hands songs over in batches of this many, and the caller's progress runs
 // between two batches.
 inline constexpr std::size_t kMessageRoadBatch = 200;
+// How long the message road lets the first song start before the rest follows, and how often
+// it asks meanwhile.
+inline constexpr std::chrono::milliseconds kFirstSongWait{300};
+inline constexpr std::chrono::milliseconds kFirstSongPoll{2};
 
 inline constexpr std::string_view kSilentSpacerName = "silent.mp3";
 

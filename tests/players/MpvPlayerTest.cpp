@@ -85,6 +85,18 @@ TEST_F(MpvPlayerTest, AListOfThreePlaysAndNextAndPreviousMoveTheIndex) {
         [this] { return Player().ListLength() == 1 && Player().Status().trackKey == songs[2]; }));
 }
 
+TEST_F(MpvPlayerTest, AFirstSongThatCannotBeOpenedLeavesTheRestPlaying) {
+    StartIdle();
+    // mpv goes idle on a first song it cannot open when nothing stands behind it yet.
+    const std::vector<std::string> list = {folder.File("music/gone.mp3"), songs[0], songs[1]};
+    const RunPlaylistResult result = RunPlaylist(list, false, settings, bridge, front);
+    EXPECT_EQ(result.sent, 3u);
+    EXPECT_TRUE(test::WaitFor([this] {
+        const PlayerStatus status = Player().Status();
+        return status.state == PlayState::Playing && status.trackKey == songs[0];
+    }));
+}
+
 TEST_F(MpvPlayerTest, EnqueueAddsWithoutInterrupting) {
     StartIdle();
     const std::vector<std::string> first = {songs[0]};
