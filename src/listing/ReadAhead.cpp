@@ -22,6 +22,9 @@ constexpr std::size_t kBatch = 16;
 // folder over all of them.
 constexpr std::size_t kFilesPerWorkerFromDisk = 16;
 constexpr std::size_t kFilesPerWorkerFromMemory = 64;
+// One worker reads files in memory faster than the walk's thread uses them; a second would only
+// take turns with the first and the walk's thread for the processor.
+constexpr std::size_t kMostWorkersFromMemory = 1;
 // While files come from the disk, the disk is told of the files this far ahead of the claim
 // position, a few at a time by whichever worker is about to read: with eight workers each
 // waiting for one file there are only a few reads in flight, which a disk that serves many at
@@ -122,7 +125,8 @@ void ReadAheadScanner::WakeWorkersLocked() {
     const std::size_t perWorker =
         m_fromDisk ? kFilesPerWorkerFromDisk
                    : std::min(kFilesPerWorkerFromMemory, std::max(m_window / 2, kBatch));
-    const std::size_t wanted = waiting < perWorker ? 0 : std::min(m_threads, waiting / perWorker);
+    const std::size_t most = m_fromDisk ? m_threads : std::min(m_threads, kMostWorkersFromMemory);
+    const std::size_t wanted = waiting < perWorker ? 0 : std::min(most, waiting / perWorker);
     const std::size_t asleep = m_idle - m_wakes;  // and not yet woken
     std::size_t running = m_workers.size() - asleep;
     for (; running < wanted && m_wakes < m_idle; ++running) {

@@ -130,7 +130,10 @@ private:
     std::size_t m_idle = 0;                    // workers asleep for want of work
     std::size_t m_wakes = 0;                   // of those, the ones woken that have not yet got up
     bool m_walkWaiting = false;
-    bool m_fromDisk = true;  // the file read last had to come from the disk (or none was read)
+    // The file read last had to come from the disk. A walk starts out taking its files to be in
+    // memory, so that a walk over songs read lately starts only the one worker it needs; the
+    // first read that must wait for the disk brings the others.
+    bool m_fromDisk = false;
     bool m_stop = false;
     std::vector<std::thread> m_workers;
 };

@@ -550,6 +550,13 @@ TEST(ReadAheadScanner, TellsTheDiskOfFilesAheadOnlyWhileTheyComeFromIt) {
                     return std::make_unique<LoggedFiles>(log, fromDisk);
                 });
                 ScanAll(scanner, dir.Folder(), names);
+                // Files in memory need one worker: more would only take turns with it and the
+                // walk's thread for the processor. Files from the disk keep more busy.
+                if (!fromDisk || threads == 1) {
+                    EXPECT_EQ(scanner.WorkerCount(), 1u) << fromDisk << " " << threads;
+                } else {
+                    EXPECT_GT(scanner.WorkerCount(), 1u) << threads;
+                }
             }
             ExpectWholeInOrderOrHit(seen, dir.Folder(), names, hits);
             std::set<std::string> read(log.read.begin(), log.read.end());
