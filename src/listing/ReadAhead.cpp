@@ -307,6 +307,20 @@ void ReadAheadScanner::ScanNext() {
             m_fromDisk = !inMemory;
             front->state = SlotState::Ready;
         }
+        // A worker reads it. While files come from memory, the walk's thread reads files behind
+        // it that no one has taken rather than sleep: a worker that the system has set aside for
+        // other programs would otherwise hold the walk up for the rest of its turn.
+        while (front->state == SlotState::Claimed && !m_fromDisk) {
+            Slot* other = ClaimLocked();
+            if (other == nullptr) {
+                break;
+            }
+            lock.unlock();
+            const bool inMemory = ReadAheadOf(*other, m_walkReader);
+            lock.lock();
+            m_fromDisk = !inMemory;
+            other->state = SlotState::Ready;
+        }
         m_walkWaiting = true;
         m_readyCv.wait(lock, [front] { return front->state == SlotState::Ready; });
         m_walkWaiting = false;

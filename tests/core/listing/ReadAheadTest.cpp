@@ -222,6 +222,51 @@ TEST(ReadAheadScanner, WaitsForSlowReadsAndKeepsTheOrder) {
     }
 }
 
+// A worker held up in the middle of a file (as when the system gives its processor to other
+// programs) does not hold the walk up while files come from memory: the walk's thread reads the
+// files behind that one itself. Without that, the walk would wait for the held worker.
+TEST(ReadAheadScanner, ReadsPastAHeldUpWorkerWhileFilesComeFromMemory) {
+    TempFolder dir;
+    const std::vector<std::string> names = Names(300);
+    for (const std::string& name : names) {
+        WritePattern(dir, name, 5000);
+    }
+    const std::thread::id walk = std::this_thread::get_id();
+    const auto indexOf = [](std::string_view path) {
+        return std::stoi(std::string(path.substr(path.rfind("/f") + 2)));
+    };
+    std::mutex mutex;
+    std::condition_variable passed;
+    int held = -1;  // the file the worker is held up in
+    bool walkedPast = false;
+    const AheadFilesMaker files = Hooked([&](std::string_view path) {
+        std::unique_lock lock(mutex);
+        if (std::this_thread::get_id() == walk) {
+            if (held >= 0 && indexOf(path) > held) {
+                walkedPast = true;
+                passed.notify_all();
+            }
+        } else if (held < 0 && indexOf(path) < 200) {
+            held = indexOf(path);
+            EXPECT_TRUE(passed.wait_for(lock, std::chrono::seconds(10), [&] { return walkedPast; }))
+                << "the walk waited for the worker held up in " << path;
+        }
+    });
+    std::vector<Seen> seen;
+    const SongConsumer record = Recorder(seen);
+    // The walk's thread takes a while over each file, so that the worker gets ahead of it.
+    const SongConsumer slowly = [&record](std::string& path, const PrefetchedBytes* bytes) {
+        std::this_thread::sleep_for(std::chrono::microseconds(200));
+        record(path, bytes);
+    };
+    {
+        ReadAheadScanner scanner(0, slowly, {}, 1, files);
+        ScanAll(scanner, dir.Folder(), names);
+    }
+    EXPECT_GE(held, 0) << "a worker read a file";
+    ExpectWholeInOrder(seen, dir.Folder(), names, 5000);
+}
+
 // Reads that must wait for the disk: each blocks until the "disk" brings its file, and the disk
 // brings them out of order, the first ones last.
 TEST(ReadAheadScanner, HandsOverFilesOnlyOnceTheDiskHasBroughtThem) {
