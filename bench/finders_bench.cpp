@@ -5,10 +5,11 @@
 // Selection wizard over a pane of 100,000 rows.
 //
 // Usage: finders_bench [SONGS (1000000)] [QUERIES (1000)] [--no-fts] [--scan-every N]
-//                      [--index-only] [--dupes-only]
+//                      [--index-only] [--dupes-only] [--master DIR]
 // (--scan-every times the plain loop on every Nth query only: at a million songs it takes
 // seconds a query; --index-only builds the index five times and stops, to profile the build;
-// --dupes-only runs the Duplicate Finder and the Selection wizard alone.)
+// --dupes-only runs the Duplicate Finder and the Selection wizard alone; --master writes the
+// catalogue as DIR/master.dat and stops, for jukarra-cli to read.)
 
 #include <sqlite3.h>
 #include <sys/resource.h>
@@ -24,8 +25,10 @@
 #include <string>
 #include <vector>
 
+#include "BenchCatalogue.h"
 #include "BenchSupport.h"
 #include "finders/CatalogueSearch.h"
+#include "finders/DuplicateArray.h"
 #include "finders/DuplicateFinder.h"
 #include "finders/DuplicateSort.h"
 #include "finders/IndexedSearch.h"
@@ -335,9 +338,11 @@ double ChildCpuSeconds() {
            static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
 }
 
-// The finder's whole run (the records loaded, sorted and grouped, the rows listed) beside sort
-// -f of the same keys, best of `rounds`; CPU time is given too, as a loaded machine stretches
-// the wall clock.
+// The finder's whole run (the records gathered, sorted and grouped into the listed order)
+// beside sort -f of the same keys, best of `rounds`; CPU time is given too, as a loaded machine
+// stretches the wall clock. The rows of the listed songs are made where they are shown (the
+// window) or printed (the CLI): their making is timed on its own, as is the earlier road that
+// copied every song into a row before sorting.
 void DuplicateBench(const PackedCatalogue& catalogue, int rounds) {
     // A name of this run's own: another run of the bench may be writing its keys beside it.
     const std::string keys = "/tmp/finders_bench_keys." + std::to_string(::getpid()) + ".txt";
@@ -349,37 +354,7 @@ void DuplicateBench(const PackedCatalogue& catalogue, int rounds) {
             }
         }
     }
-    double loadMs = 1e18;
-    double groupMs = 1e18;
-    double finderCpuMs = 1e18;
-    double sortMs = 1e18;
-    double sortCpuMs = 1e18;
-    std::size_t listedCount = 0;
-    int rc = 0;
-    for (int round = 0; round < rounds; ++round) {
-        std::vector<jk::DupeRecord> records;
-        const double cpu = jkbench::CpuSeconds();
-        const auto load = Clock::now();
-        jk::LoadVirtualSource(catalogue, records);
-        const auto grouped = Clock::now();
-        const std::vector<jk::DupeListed> listed =
-            jk::GroupDuplicates(records, 0, jk::kSourceVirtual);
-        const auto done = Clock::now();
-        finderCpuMs = std::min(finderCpuMs, (jkbench::CpuSeconds() - cpu) * 1000);
-        if (Ms(load, done) < loadMs + groupMs) {
-            loadMs = Ms(load, grouped);
-            groupMs = Ms(grouped, done);
-        }
-        listedCount = listed.size();
-
-        const double childCpu = ChildCpuSeconds();
-        const auto sortStart = Clock::now();
-        rc |= std::system(("LC_ALL=C sort -f " + keys + " > /dev/null").c_str());
-        sortMs = std::min(sortMs, Ms(sortStart, Clock::now()));
-        sortCpuMs = std::min(sortCpuMs, (ChildCpuSeconds() - childCpu) * 1000);
-    }
-    std::remove(keys.c_str());
-    // The parts of the run on their own, CPU time (summed over threads) beside wall time.
+    // Wall and CPU time (summed over threads) of a part, best of the rounds.
     struct Phase {
         double wall = 1e18;
         double cpu = 1e18;
@@ -388,21 +363,76 @@ void DuplicateBench(const PackedCatalogue& catalogue, int rounds) {
             cpu = std::min(cpu, (jkbench::CpuSeconds() - cpuStart) * 1000);
         }
     };
-    Phase loadPhase;
+    double loadMs = 1e18;
+    double groupMs = 1e18;
+    Phase finder;
+    Phase rowsMade;
+    Phase rowsPrinted;
+    std::size_t rowBytes = 0;
+    Phase sortF;
+    std::size_t listedCount = 0;
+    int rc = 0;
+    for (int round = 0; round < rounds; ++round) {
+        double cpu = jkbench::CpuSeconds();
+        const auto load = Clock::now();
+        jk::DupeArray array;
+        array.AddCatalogue(catalogue);
+        const auto grouped = Clock::now();
+        const std::vector<jk::DupeMember> members = array.Group(0, jk::kSourceVirtual);
+        const auto done = Clock::now();
+        if (Ms(load, done) < loadMs + groupMs) {
+            loadMs = Ms(load, grouped);
+            groupMs = Ms(grouped, done);
+        }
+        finder.Take(cpu, load);
+        listedCount = members.size();
+
+        // Each row made and dropped, as the CLI prints them.
+        cpu = jkbench::CpuSeconds();
+        const auto printStart = Clock::now();
+        for (const jk::DupeMember& member : members) {
+            const jk::ListRow row = jk::DupeRow(array.Row(member.Record));
+            rowBytes += row.Text().size();
+        }
+        rowsPrinted.Take(cpu, printStart);
+        // Every row held, as the window's list holds them.
+        cpu = jkbench::CpuSeconds();
+        const auto rowsStart = Clock::now();
+        {
+            jk::RowList rows;
+            rows.reserve(members.size());
+            for (const jk::DupeMember& member : members) {
+                rows.push_back(jk::DupeRow(array.Row(member.Record)));
+            }
+            rowsMade.Take(cpu, rowsStart);
+        }
+
+        const double childCpu = ChildCpuSeconds();
+        const auto sortStart = Clock::now();
+        rc |= std::system(("LC_ALL=C sort -f " + keys + " > /dev/null").c_str());
+        sortF.wall = std::min(sortF.wall, Ms(sortStart, Clock::now()));
+        sortF.cpu = std::min(sortF.cpu, (ChildCpuSeconds() - childCpu) * 1000);
+    }
+    std::remove(keys.c_str());
+    // The parts of the run on their own, and the earlier road (every song copied into a row,
+    // the listed rows moved out) for comparison in the same run.
+    Phase columnPhase;
     Phase keysPhase;
     Phase sortPhase;
-    Phase groupPhase;
+    Phase copiedPhase;
+    Phase copiedGroupPhase;
     for (int round = 0; round < rounds; ++round) {
-        std::vector<jk::DupeRecord> records;
+        jk::DupeArray array;
+        array.AddCatalogue(catalogue);
         double cpu = jkbench::CpuSeconds();
         auto start = Clock::now();
-        jk::LoadVirtualSource(catalogue, records);
-        loadPhase.Take(cpu, start);
+        const std::vector<std::string_view> column = array.ColumnOf(jk::Column::Title);
+        columnPhase.Take(cpu, start);
         cpu = jkbench::CpuSeconds();
         start = Clock::now();
-        const jk::DupeSortKeys sortKeys = jk::DupeKeysOf(records, 0);
+        const jk::DupeSortKeys sortKeys = jk::DupeKeysOf(column, 0);
         keysPhase.Take(cpu, start);
-        std::vector<std::uint32_t> order(records.size());
+        std::vector<std::uint32_t> order(column.size());
         for (std::size_t k = 0; k < order.size(); ++k) {
             order[k] = static_cast<std::uint32_t>(k);
         }
@@ -410,23 +440,74 @@ void DuplicateBench(const PackedCatalogue& catalogue, int rounds) {
         start = Clock::now();
         jk::SortDupeOrder(order, 0, order.size() - 1, sortKeys);
         sortPhase.Take(cpu, start);
+
+        std::vector<jk::DupeRecord> records;
         cpu = jkbench::CpuSeconds();
         start = Clock::now();
+        jk::LoadVirtualSource(catalogue, records);
+        const double loadedCpu = jkbench::CpuSeconds();
+        const auto loaded = Clock::now();
         const std::vector<jk::DupeListed> listed =
             jk::GroupDuplicates(records, 0, jk::kSourceVirtual);
-        groupPhase.Take(cpu, start);
+        copiedGroupPhase.Take(loadedCpu, loaded);
+        copiedPhase.Take(cpu, start);
     }
+    const double wall = loadMs + groupMs;
     std::printf(
-        "Duplicate Finder by \"ID3 Title\" (best of %d): load %.0f ms + sort and group %.0f ms = "
-        "%.0f ms wall, %.0f ms CPU (%zu rows listed) | LC_ALL=C sort -f of the keys %.0f ms "
-        "wall, %.0f ms CPU%s | ratio %.2f wall, %.2f CPU\n",
-        rounds, loadMs, groupMs, loadMs + groupMs, finderCpuMs, listedCount, sortMs, sortCpuMs,
-        rc == 0 ? "" : " (sort failed)", (loadMs + groupMs) / sortMs, finderCpuMs / sortCpuMs);
+        "Duplicate Finder by \"ID3 Title\" (best of %d): gathered %.0f ms + sorted and grouped "
+        "%.0f ms = %.0f ms wall, %.0f ms CPU (%zu rows listed) | LC_ALL=C sort -f of the keys "
+        "%.0f ms wall, %.0f ms CPU%s | ratio %.2f wall, %.2f CPU\n",
+        rounds, loadMs, groupMs, wall, finder.cpu, listedCount, sortF.wall, sortF.cpu,
+        rc == 0 ? "" : " (sort failed)", wall / sortF.wall, finder.cpu / sortF.cpu);
     std::printf(
-        "  its parts, best of %d, wall/CPU ms: load %.0f/%.0f, keys folded and ranked %.0f/%.0f, "
-        "partition sort %.0f/%.0f, the whole grouping (keys, sort, rows) %.0f/%.0f\n",
-        rounds, loadPhase.wall, loadPhase.cpu, keysPhase.wall, keysPhase.cpu, sortPhase.wall,
-        sortPhase.cpu, groupPhase.wall, groupPhase.cpu);
+        "  every listed row made as well, one at a time as the CLI prints them (%zu bytes): "
+        "+%.0f ms wall, +%.0f ms CPU | ratio %.2f wall, %.2f CPU\n",
+        rowBytes / static_cast<std::size_t>(rounds), rowsPrinted.wall, rowsPrinted.cpu,
+        (wall + rowsPrinted.wall) / sortF.wall, (finder.cpu + rowsPrinted.cpu) / sortF.cpu);
+    std::printf(
+        "  every listed row made and held, as the window's list holds them: +%.0f ms wall, "
+        "+%.0f ms CPU | ratio %.2f wall, %.2f CPU\n",
+        rowsMade.wall, rowsMade.cpu, (wall + rowsMade.wall) / sortF.wall,
+        (finder.cpu + rowsMade.cpu) / sortF.cpu);
+    std::printf(
+        "  its parts, best of %d, wall/CPU ms: title column gathered %.0f/%.0f, keys folded and "
+        "ranked %.0f/%.0f, partition sort %.0f/%.0f\n",
+        rounds, columnPhase.wall, columnPhase.cpu, keysPhase.wall, keysPhase.cpu, sortPhase.wall,
+        sortPhase.cpu);
+    std::printf(
+        "  the earlier road, every song copied into a row first: %.0f ms wall, %.0f ms CPU "
+        "(of which the grouping and the listed rows %.0f/%.0f) | ratio %.2f wall, %.2f CPU\n",
+        copiedPhase.wall, copiedPhase.cpu, copiedGroupPhase.wall, copiedGroupPhase.cpu,
+        copiedPhase.wall / sortF.wall, copiedPhase.cpu / sortF.cpu);
+}
+
+// The catalogue as master.dat in `folder`, each volume's songs in their order.
+bool WriteMaster(const PackedCatalogue& catalogue, const std::string& folder) {
+    jk::VolumeTable table;
+    for (std::size_t v = 0; v < catalogue.VolumeCount(); ++v) {
+        table.emplace_back(std::string(catalogue.VolumeName(v)));
+        for (std::size_t i = 0; i < catalogue.SongCount(v); ++i) {
+            const jk::SongFieldViews f = catalogue.Fields(v, i);
+            const auto key = [&f](int k) {
+                return std::string(f[static_cast<std::size_t>(k - 1)]);
+            };
+            jk::SongInfo song;
+            song.Title = key(jk::kKeyTitle);
+            song.Artist = key(jk::kKeyArtist);
+            song.Album = key(jk::kKeyAlbum);
+            song.Comment = key(jk::kKeyComment);
+            song.Genre = key(jk::kKeyGenre);
+            song.Year = key(jk::kKeyYear);
+            song.Bitrate = key(jk::kKeyBitrate);
+            song.Date = key(jk::kKeyDate);
+            song.Size = key(jk::kKeySize);
+            song.Time = key(jk::kKeyTime);
+            song.Path = key(jk::kKeyPath);
+            song.Volume = key(jk::kKeyVolume);
+            jk::VolumeAppend(table.back(), song);
+        }
+    }
+    return jkbench::WriteMasterFile(folder + "/master.dat", table);
 }
 
 void SelectionBench(const PackedCatalogue& catalogue) {
@@ -474,6 +555,7 @@ int main(int argc, char** argv) {
     bool fts = true;
     bool indexOnly = false;
     bool dupesOnly = false;
+    std::string master;
     std::size_t scanEvery = 1;
     int positional = 0;
     for (int i = 1; i < argc; ++i) {
@@ -484,6 +566,8 @@ int main(int argc, char** argv) {
             indexOnly = true;
         } else if (arg == "--dupes-only") {
             dupesOnly = true;
+        } else if (arg == "--master" && i + 1 < argc) {
+            master = argv[++i];
         } else if (arg == "--scan-every" && i + 1 < argc) {
             scanEvery = std::max<std::size_t>(1, std::stoul(argv[++i]));
         } else if (positional++ == 0) {
@@ -499,6 +583,11 @@ int main(int argc, char** argv) {
     std::printf("catalogue: %zu songs in %zu volumes, %.0f MiB, generated in %.0f ms\n", songs,
                 catalogue.VolumeCount(), static_cast<double>(catalogue.MemoryBytes()) / 1048576.0,
                 Ms(start, Clock::now()));
+    if (!master.empty()) {
+        const bool written = WriteMaster(catalogue, master);
+        std::printf("%s/master.dat %s\n", master.c_str(), written ? "written" : "NOT written");
+        return written ? 0 : 2;
+    }
     if (dupesOnly) {
         DuplicateBench(catalogue, 5);
         SelectionBench(catalogue);

@@ -94,25 +94,33 @@ bool Less(std::string_view a, std::string_view b, bool numeric) {
     return CompareNoCase(a, b) < 0;
 }
 
-std::string_view SortKey(const ListRow& row, int criterion) {
+Column DupeKeyColumn(int criterion) {
     switch (criterion) {
         case 0:
-            return row.Get(Column::Title);
+            return Column::Title;
         case 1:
-            return row.Get(Column::Artist);
+            return Column::Artist;
         case 2:
-            return row.Get(Column::Album);
+            return Column::Album;
         case 3:
-            return row.Get(Column::Size);
+            return Column::Size;
         case 4:
-            return NameOf(row.Get(Column::Filename));
+            return Column::Filename;
         default:
-            return {};
+            return Column::Count;
     }
 }
 
+std::string_view SortKeyOf(std::string_view column, int criterion) {
+    return criterion == 4 ? NameOf(column) : column;
+}
+
+std::string_view SortKey(const ListRow& row, int criterion) {
+    return SortKeyOf(row.Get(DupeKeyColumn(criterion)), criterion);
+}
+
 std::string_view GroupKey(const ListRow& row, int criterion) {
-    return criterion == 4 ? row.Get(Column::Filename) : SortKey(row, criterion);
+    return row.Get(DupeKeyColumn(criterion));
 }
 
 void QuickSortDuplicates(std::vector<std::uint32_t>& order, std::size_t L, std::size_t R,
@@ -123,27 +131,22 @@ void QuickSortDuplicates(std::vector<std::uint32_t>& order, std::size_t L, std::
     SortDupeOrder(order, L, R, DupeKeysOf(records, criterion));
 }
 
-std::vector<DupeListed> GroupDuplicates(std::vector<DupeRecord>& records, int criterion,
-                                        std::int16_t showBit, std::size_t firstGroup,
-                                        const DupeProgress& progress) {
-    std::vector<DupeListed> listed;
-    if (records.empty() || criterion < 0 || criterion >= static_cast<int>(kDupeCriteria.size())) {
-        return listed;
+std::vector<DupeMember> GroupDuplicateMembers(const std::vector<std::string_view>& column,
+                                              std::vector<std::int16_t>& reserved, int criterion,
+                                              std::int16_t showBit, std::size_t firstGroup) {
+    std::vector<DupeMember> members;
+    const std::size_t n = column.size();
+    if (n == 0 || reserved.size() != n || criterion < 0 ||
+        criterion >= static_cast<int>(kDupeCriteria.size())) {
+        return members;
     }
-    const std::size_t n = records.size();
-    const DupeSortKeys keys = DupeKeysOf(records, criterion);
+    const DupeSortKeys keys = DupeKeysOf(column, criterion);
     std::vector<std::uint32_t> order(n);
     for (std::size_t k = 0; k < n; ++k) {
         order[k] = static_cast<std::uint32_t>(k);
     }
     SortDupeOrder(order, 0, n - 1, keys);
 
-    // The runs first, as record numbers, to know how many rows there will be.
-    struct Member {
-        std::uint32_t record;
-        std::size_t group;
-    };
-    std::vector<Member> members;
     std::size_t group = firstGroup;
     std::size_t i = 0;
     while (i < n) {
@@ -158,15 +161,15 @@ std::vector<DupeListed> GroupDuplicates(std::vector<DupeRecord>& records, int cr
         if (j - i >= 2) {
             std::int16_t sources = 0;
             for (std::size_t k = i; k < j; ++k) {
-                sources = static_cast<std::int16_t>(sources | records[order[k]].Reserved);
+                sources = static_cast<std::int16_t>(sources | reserved[order[k]]);
             }
             for (std::size_t k = i; k < j; ++k) {
-                records[order[k]].Reserved = sources;
+                reserved[order[k]] = sources;
             }
             // AddDuplicateRow: a whole group shows when one member has the bit.
             if ((sources & showBit) != 0) {
                 for (std::size_t k = i; k < j; ++k) {
-                    members.push_back(Member{order[k], group});
+                    members.push_back(DupeMember{order[k], group});
                 }
                 ++group;
             }
@@ -176,12 +179,35 @@ std::vector<DupeListed> GroupDuplicates(std::vector<DupeRecord>& records, int cr
             i = i + 1;
         }
     }
+    return members;
+}
+
+std::vector<DupeListed> GroupDuplicates(std::vector<DupeRecord>& records, int criterion,
+                                        std::int16_t showBit, std::size_t firstGroup,
+                                        const DupeProgress& progress) {
+    std::vector<DupeListed> listed;
+    if (records.empty() || criterion < 0 || criterion >= static_cast<int>(kDupeCriteria.size())) {
+        return listed;
+    }
+    const std::size_t n = records.size();
+    const Column keyColumn = DupeKeyColumn(criterion);
+    std::vector<std::string_view> column(n);
+    std::vector<std::int16_t> reserved(n);
+    for (std::size_t k = 0; k < n; ++k) {
+        column[k] = records[k].Row.Get(keyColumn);
+        reserved[k] = records[k].Reserved;
+    }
+    const std::vector<DupeMember> members =
+        GroupDuplicateMembers(column, reserved, criterion, showBit, firstGroup);
+    for (std::size_t k = 0; k < n; ++k) {
+        records[k].Reserved = reserved[k];
+    }
     // Room made once: the rows are moved in where they are first written, a million of them
     // touching fresh memory but once.
     listed.reserve(members.size());
-    for (const Member& m : members) {
-        DupeRecord& member = records[m.record];
-        listed.push_back(DupeListed{DupeRow(std::move(member.Row)), m.group, member.Source});
+    for (const DupeMember& m : members) {
+        DupeRecord& member = records[m.Record];
+        listed.push_back(DupeListed{DupeRow(std::move(member.Row)), m.Group, member.Source});
         if (progress && listed.size() % kProgressEvery == 0) {
             progress(listed.size() * n / members.size(), n);
         }

@@ -75,7 +75,12 @@ void LoadVirtualSource(const CatalogueView& catalogue, std::vector<DupeRecord>& 
 // Less(a, b, numeric): Val(a) < Val(b), or a sorts before b ignoring case.
 bool Less(std::string_view a, std::string_view b, bool numeric);
 
-// The sort key and the group key of a record under a criterion (its Combo1 index).
+// The column a criterion (its Combo1 index) reads: the group key is this column, the sort key
+// too, but for "Filename", which sorts by the bare name of the path.
+Column DupeKeyColumn(int criterion);
+std::string_view SortKeyOf(std::string_view column, int criterion);
+
+// The sort key and the group key of a record under a criterion.
 std::string_view SortKey(const ListRow& row, int criterion);
 std::string_view GroupKey(const ListRow& row, int criterion);
 
@@ -84,6 +89,19 @@ std::string_view GroupKey(const ListRow& row, int criterion);
 // permutation is the finder's own, since which neighbours pair up depends on it.
 void QuickSortDuplicates(std::vector<std::uint32_t>& order, std::size_t L, std::size_t R,
                          const std::vector<DupeRecord>& records, int criterion);
+
+// A listed member: its record and the group it stands in.
+struct DupeMember {
+    std::uint32_t Record = 0;
+    std::size_t Group = 0;
+};
+
+// The grouping below over the records' key columns (DupeKeyColumn) and their sources alone:
+// `reserved` is ORed over each group and written back, and the members listed are told in
+// order, their rows left to be made where they are shown.
+std::vector<DupeMember> GroupDuplicateMembers(const std::vector<std::string_view>& column,
+                                              std::vector<std::int16_t>& reserved, int criterion,
+                                              std::int16_t showBit, std::size_t firstGroup = 0);
 
 // FindDuplicates' grouping: sorts all, then lists each run of two or more equal group keys whose
 // sources (ORed over the run and written back to each member) include `showBit`. An empty key

@@ -69,10 +69,8 @@ std::uint64_t HashSeed() {
 // Each record's key folded, on several threads: each slice into a text of its own, joined
 // behind one another afterwards.
 template <typename KeyOf>
-Folded FoldAll(const std::vector<DupeRecord>& records, const KeyOf& keyOf,
-               const DupeSortThreads& threads) {
+Folded FoldAll(std::size_t n, const KeyOf& keyOf, const DupeSortThreads& threads) {
     Folded folded;
-    const std::size_t n = records.size();
     folded.spans.resize(n);
     const unsigned parts = PartsFor(n, threads);
     std::vector<std::string> texts(parts);
@@ -82,7 +80,7 @@ Folded FoldAll(const std::vector<DupeRecord>& records, const KeyOf& keyOf,
         for (std::size_t i = begin; i < end; ++i) {
             Span& span = folded.spans[i];
             span.begin = text.size();
-            AppendFolded(text, keyOf(records[i].Row));
+            AppendFolded(text, keyOf(i));
             span.length = text.size() - span.begin;
             span.hash = HashOf(std::string_view(text).substr(span.begin), seed);
         }
@@ -289,25 +287,41 @@ unsigned DefaultDupeThreads() {
 
 DupeSortKeys DupeKeysOf(const std::vector<DupeRecord>& records, int criterion,
                         const DupeSortThreads& threads) {
+    if (criterion < 0 || criterion >= static_cast<int>(kDupeCriteria.size())) {
+        return DupeSortKeys{};
+    }
+    const Column column = DupeKeyColumn(criterion);
+    std::vector<std::string_view> keys(records.size());
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        keys[i] = records[i].Row.Get(column);
+    }
+    return DupeKeysOf(keys, criterion, threads);
+}
+
+DupeSortKeys DupeKeysOf(const std::vector<std::string_view>& column, int criterion,
+                        const DupeSortThreads& threads) {
     DupeSortKeys keys;
     if (criterion < 0 || criterion >= static_cast<int>(kDupeCriteria.size())) {
         return keys;
     }
     const bool numeric = kDupeCriteria[static_cast<std::size_t>(criterion)].SortColumn == 10;
-    const auto sortKey = [criterion](const ListRow& row) { return SortKey(row, criterion); };
-    const auto groupKey = [criterion](const ListRow& row) { return GroupKey(row, criterion); };
+    const auto sortKey = [&column, criterion](std::size_t i) {
+        return SortKeyOf(column[i], criterion);
+    };
+    const auto groupKey = [&column](std::size_t i) { return column[i]; };
+    const std::size_t n = column.size();
     std::vector<std::uint32_t> firsts;
     keys.numeric = numeric;
     if (numeric) {
-        keys.numbers.resize(records.size());
-        InParts(records.size(), PartsFor(records.size(), threads),
+        keys.numbers.resize(n);
+        InParts(n, PartsFor(n, threads),
                 [&](std::size_t begin, std::size_t end, unsigned /*part*/) {
                     for (std::size_t i = begin; i < end; ++i) {
-                        keys.numbers[i] = Val(sortKey(records[i].Row));
+                        keys.numbers[i] = Val(sortKey(i));
                     }
                 });
     } else {
-        const Folded folded = FoldAll(records, sortKey, threads);
+        const Folded folded = FoldAll(n, sortKey, threads);
         std::vector<std::uint32_t> ids = Distinct(folded, firsts);
         const std::vector<std::uint32_t> rankOf = RanksOf(folded, firsts);
         keys.ranks.resize(ids.size());
@@ -320,7 +334,7 @@ DupeSortKeys DupeKeysOf(const std::vector<DupeRecord>& records, int criterion,
             return keys;
         }
     }
-    const Folded folded = FoldAll(records, groupKey, threads);
+    const Folded folded = FoldAll(n, groupKey, threads);
     keys.groups = GroupsOf(folded, Distinct(folded, firsts));
     return keys;
 }

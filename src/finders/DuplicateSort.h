@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 #include "finders/DuplicateFinder.h"
@@ -41,6 +42,9 @@ struct DupeSortKeys {
 };
 
 DupeSortKeys DupeKeysOf(const std::vector<DupeRecord>& records, int criterion,
+                        const DupeSortThreads& threads = {});
+// The same from each record's key column alone (DupeKeyColumn of the criterion).
+DupeSortKeys DupeKeysOf(const std::vector<std::string_view>& column, int criterion,
                         const DupeSortThreads& threads = {});
 
 // The partition sort of order[L..R] (indices into the keys' records).

@@ -2,6 +2,7 @@
 //       [--virtual] [--show folder|playlist|virtual] [--json] [--propose [--trash --yes]]
 
 #include <array>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -15,6 +16,7 @@
 #include "app/cli/SongLookupRun.h"
 #include "browse/FolderScan.h"
 #include "finders/BestCopies.h"
+#include "finders/DuplicateArray.h"
 #include "finders/DuplicateFinder.h"
 #include "finders/ResultRows.h"
 #include "finders/TrashRows.h"
@@ -119,7 +121,8 @@ int RunDupes(CliContext& context, std::span<const std::string> args) {
     }
 
     // The sources in the finder's order: playlist, current folder, catalogue.
-    std::vector<DupeRecord> records;
+    DupeArray records;
+    std::optional<VolumeTableView> catalogue;
     int status = kExitOk;
     if (list != nullptr) {
         const std::string listPath = FullPathOf(*list);
@@ -127,7 +130,7 @@ int RunDupes(CliContext& context, std::span<const std::string> args) {
         if (!run.OpenListFile(playlist, listPath)) {
             return FinishOutput(kExitFailed);
         }
-        LoadRowsSource(playlist.Rows, kSourcePlaylist, records);
+        records.AddRows(playlist.Rows, kSourcePlaylist);
     }
     if (folder != nullptr) {
         std::string path = FullPathOf(*folder);
@@ -138,22 +141,15 @@ int RunDupes(CliContext& context, std::span<const std::string> args) {
         PosixFolderLister lister;
         RowList files;
         GetFolderNow(path, files, run.Walk(lister));
-        LoadRowsSource(files, kSourceFolder, records);
+        records.AddRows(files, kSourceFolder);
     }
     if (virtualDrives) {
-        const VolumeTableView catalogue = SessionCatalogue(session);
-        LoadVirtualSource(catalogue, records);
+        catalogue.emplace(SessionCatalogue(session));
+        records.AddCatalogue(*catalogue);
     }
-    const std::vector<DupeListed> listed = GroupDuplicates(records, criterion, ShowBit(show));
-
-    CopyProposal proposal;
-    if (propose) {
-        proposal = ProposeBestCopies(listed, [](const DupeListed& row) {
-            const std::string path(row.Row.Get(Column::Filename));
-            return IsRealPath(path) && FileExists(path);
-        });
-    }
-    if (!parsed.Has("--json")) {
+    const std::vector<DupeMember> members = records.Group(criterion, ShowBit(show));
+    const bool json = parsed.Has("--json");
+    if (!json) {
         std::string header = propose ? "Proposal\t" : "";
         for (const std::string_view caption : ColumnCaptions()) {
             header.append(caption).append("\t");
@@ -161,24 +157,38 @@ int RunDupes(CliContext& context, std::span<const std::string> args) {
         header.pop_back();
         PrintOut(header);
     }
-    for (std::size_t i = 0; i < listed.size(); ++i) {
-        PrintListed(listed[i], propose ? &proposal : nullptr, i, parsed.Has("--json"));
+    ResultsTally tally(session.Settings.ExactTimes != 0);
+    if (!propose) {
+        // Each row made as it is printed: a million of them are never held at once.
+        for (std::size_t i = 0; i < members.size(); ++i) {
+            const DupeListed row = records.Listed(members[i]);
+            PrintListed(row, nullptr, i, json);
+            tally.Add(row.Row);
+        }
+        std::fprintf(stderr, "%s\n", tally.Text().c_str());
+        const int saved = run.Finish();
+        return FinishOutput(saved);
     }
-    std::fprintf(stderr, "%s\n",
-                 ResultsStats(
-                     [&listed] {
-                         RowList rows;
-                         for (const DupeListed& l : listed) {
-                             rows.push_back(l.Row);
-                         }
-                         return rows;
-                     }(),
-                     session.Settings.ExactTimes != 0)
-                     .c_str());
+
+    std::vector<DupeListed> listed;
+    listed.reserve(members.size());
+    for (const DupeMember& member : members) {
+        listed.push_back(records.Listed(member));
+    }
+    const CopyProposal proposal = ProposeBestCopies(listed, [](const DupeListed& row) {
+        const std::string path(row.Row.Get(Column::Filename));
+        return IsRealPath(path) && FileExists(path);
+    });
+    for (std::size_t i = 0; i < listed.size(); ++i) {
+        PrintListed(listed[i], &proposal, i, json);
+        tally.Add(listed[i].Row);
+    }
+    std::fprintf(stderr, "%s\n", tally.Text().c_str());
     if (trash) {
         RowList rows;
-        for (const DupeListed& l : listed) {
-            rows.push_back(l.Row);
+        rows.reserve(listed.size());
+        for (DupeListed& l : listed) {
+            rows.push_back(std::move(l.Row));
         }
         const TrashOutcome outcome =
             TrashSelectedRows(rows, proposal.Select, [](const std::string& path, std::string& why) {

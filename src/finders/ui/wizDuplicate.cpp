@@ -17,6 +17,7 @@
 #include <QTextEdit>
 #include <QVBoxLayout>
 
+#include "finders/DuplicateArray.h"
 #include "finders/ResultRows.h"
 #include "finders/SearchRequest.h"
 #include "finders/ui/ResultsPane.h"
@@ -25,6 +26,9 @@
 namespace jk {
 
 namespace {
+
+// Rows made between two steps of the progress bar.
+constexpr std::size_t kRowsPerStep = 4096;
 
 QString Q(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -172,7 +176,7 @@ wizDuplicate::wizDuplicate(FinderHost& host, QWidget* parent) : QDialog(parent),
         if (m_host.Options != nullptr) {
             findChild<QAction*>("DeleteFile")->setEnabled(m_host.Options->DelMode != 2);
         }
-        findChild<QAction*>("ProposeBestCopies")->setEnabled(!m_listed.empty());
+        findChild<QAction*>("ProposeBestCopies")->setEnabled(!m_groupOf.empty());
         m_popup->popup(r->viewport()->mapToGlobal(at));
     });
 
@@ -225,41 +229,53 @@ void wizDuplicate::Command1_Click() {
 
 void wizDuplicate::FindDuplicates() {
     m_bar->setValue(0);
-    std::vector<DupeRecord> records;
+    DupeArray records;
     const DupeProgress progress = [this](std::size_t done, std::size_t total) {
         Progress(done, total);
     };
     if (m_chkPlaylist->isChecked() && m_host.Playlist != nullptr) {
         m_status->setText(Q(kScanningPlaylist));
-        LoadRowsSource(*m_host.Playlist, kSourcePlaylist, records, progress);
+        records.AddRows(*m_host.Playlist, kSourcePlaylist, progress);
         m_bar->setValue(0);
     }
     if (m_chkFolder->isChecked() && m_host.Files != nullptr) {
         m_status->setText(Q(kScanningFolder));
-        LoadRowsSource(*m_host.Files, kSourceFolder, records, progress);
+        records.AddRows(*m_host.Files, kSourceFolder, progress);
         m_bar->setValue(0);
     }
     if (m_chkVirtual->isChecked() && m_host.Catalogue != nullptr) {
         m_status->setText(Q(kScanningVirtualDrives));
-        LoadVirtualSource(*m_host.Catalogue, records, progress);
+        records.AddCatalogue(*m_host.Catalogue, progress);
         m_bar->setValue(0);
     }
     m_status->setText(Q(kProcessing));
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    const bool appended = !m_results->Rows().empty();
-    std::vector<DupeListed> listed = GroupDuplicates(
-        records, m_combo1->currentIndex(), ShowBit(m_combo2->currentIndex()), m_groups, progress);
-    m_results->Rows().reserve(m_results->Rows().size() + listed.size());
-    for (const DupeListed& row : listed) {
-        m_results->Rows().push_back(row.Row);
-        m_groups = std::max(m_groups, row.Group + 1);
+    RowList& rows = m_results->Rows();
+    const bool appended = !rows.empty();
+    const std::vector<DupeMember> members =
+        records.Group(m_combo1->currentIndex(), ShowBit(m_combo2->currentIndex()), m_groups);
+    // Only the listed records are made into rows, straight from where the songs are held.
+    rows.reserve(rows.size() + members.size());
+    std::vector<std::size_t> groups;
+    std::vector<std::int16_t> sources;
+    groups.reserve(members.size());
+    sources.reserve(members.size());
+    for (const DupeMember& member : members) {
+        rows.push_back(DupeRow(records.Row(member.Record)));
+        groups.push_back(member.Group);
+        sources.push_back(records.Source(member.Record));
+        m_groups = std::max(m_groups, member.Group + 1);
+        if (groups.size() % kRowsPerStep == 0) {
+            Progress(groups.size(), members.size());
+        }
     }
     if (appended) {
         // Rows of an earlier run stand above: their groups are no longer known.
-        m_listed.clear();
-    } else {
-        m_listed = std::move(listed);
+        groups.clear();
+        sources.clear();
     }
+    m_groupOf = std::move(groups);
+    m_sourceOf = std::move(sources);
     m_proposed = false;
     m_results->Model().RowsAppended();
     m_bar->setValue(0);
@@ -300,17 +316,23 @@ void wizDuplicate::Command2_Click() {
 }
 
 void wizDuplicate::ForgetGroups() {
-    if (m_listed.size() != m_results->Rows().size()) {
-        m_listed.clear();
+    if (m_groupOf.size() != m_results->Rows().size()) {
+        m_groupOf.clear();
+        m_sourceOf.clear();
         m_proposed = false;
     }
 }
 
 void wizDuplicate::ProposeBestCopies_Click() {
-    if (m_listed.empty() || m_listed.size() != m_results->Rows().size()) {
+    if (m_groupOf.empty() || m_groupOf.size() != m_results->Rows().size()) {
         return;
     }
-    const CopyProposal proposal = ProposeBestCopies(m_listed, [](const DupeListed& row) {
+    std::vector<DupeListed> listed;
+    listed.reserve(m_groupOf.size());
+    for (std::size_t i = 0; i < m_groupOf.size(); ++i) {
+        listed.push_back(DupeListed{m_results->Rows()[i], m_groupOf[i], m_sourceOf[i]});
+    }
+    const CopyProposal proposal = ProposeBestCopies(listed, [](const DupeListed& row) {
         const std::string path(row.Row.Get(Column::Filename));
         return IsRealPath(path) && QFileInfo::exists(QString::fromStdString(path));
     });

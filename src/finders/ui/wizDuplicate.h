@@ -72,8 +72,9 @@ private:
     QPushButton* m_command2 = nullptr;
     QMenu* m_popup = nullptr;
     ResultsPane* m_results = nullptr;
-    // The listed rows with their groups and sources, while the list is as the run left it.
-    std::vector<DupeListed> m_listed;
+    // The group and the source of each listed row, while the list is as the run left it.
+    std::vector<std::size_t> m_groupOf;
+    std::vector<std::int16_t> m_sourceOf;
     bool m_proposed = false;
     std::size_t m_groups = 0;
 };
