@@ -13,9 +13,9 @@ namespace {
 
 // The play's front asks; a front that cannot ask shows the question and answers Cancel, or No,
 // so the songs never silently fail to play.
-class FrontQuestions final : public InsertDiscQuestions {
+class InsertDiscQuestionsToFront final : public InsertDiscQuestions {
 public:
-    explicit FrontQuestions(const PlayFront& front) : m_front(front) {}
+    explicit InsertDiscQuestionsToFront(const PlayFront& front) : m_front(front) {}
     RetryAnswer AskRetryCancel(const UserMessage& question) override {
         if (m_front.askRetry) {
             return m_front.askRetry(question) ? RetryAnswer::Retry : RetryAnswer::Cancel;
@@ -43,7 +43,7 @@ private:
 RunPlaylistResult Run(std::vector<std::string> songs, bool queue, Session& session,
                       PlayerBridge& bridge, const PlayFront& front) {
     if (!songs.empty() && session.Settings.DiscIdentity != 0 && !session.Virtual.Volumes.empty()) {
-        FrontQuestions questions(front);
+        InsertDiscQuestionsToFront questions(front);
         const PlayCheckSources sources{session.DiscLister, &FileExists};
         PlayCheck check = CheckDiscsBeforePlay(songs, session.Virtual, sources, questions);
         if (!check.play) {

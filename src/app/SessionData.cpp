@@ -46,9 +46,9 @@ void SessionData::LoadCache(Session& session, const StepProgress& progress) {
 namespace {
 
 // The catalogue's questions and messages, put through the front end's.
-class FrontQuestions final : public CatalogueQuestions {
+class CatalogueQuestionsToFront final : public CatalogueQuestions {
 public:
-    explicit FrontQuestions(MessageFront& messages) : m_messages(messages) {}
+    explicit CatalogueQuestionsToFront(MessageFront& messages) : m_messages(messages) {}
     bool AskYesNo(const UserMessage& question) override { return m_messages.AskYesNo(question); }
     void ShowMessage(const UserMessage& message) override { m_messages.ShowMessage(message); }
 
@@ -60,7 +60,7 @@ private:
 
 void SessionData::LoadVirtualCache(Session& session, MessageFront& messages,
                                    const StepProgress& progress) {
-    FrontQuestions questions(messages);
+    CatalogueQuestionsToFront questions(messages);
     CatalogueFiles& files = session.Files != nullptr ? *session.Files : RealCatalogueFiles();
     RemoveSaveLeftovers(files, session.AppPath);
     LoadProgress splash;

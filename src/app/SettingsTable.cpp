@@ -18,7 +18,7 @@ constexpr std::string_view kLastPath = "LastPath";
 constexpr std::string_view kPlayer = "Player";
 constexpr std::string_view kOptions = "Options";
 
-constexpr std::string_view kTwelveColumns = " 0x 1x 2x 3x 4x 5x 6x 7x 8x 9x 10x 11x";
+constexpr std::string_view kTwelveColumnsDefault = " 0x 1x 2x 3x 4x 5x 6x 7x 8x 9x 10x 11x";
 
 class TableBuilder {
 public:
@@ -119,14 +119,14 @@ void AddRenameAndHtml(TableBuilder& t) {
 
 void AddWindowSections(TableBuilder& t) {
     using S = Settings;
-    t.Text(kColumnOrder, "Dupe", &S::ColumnOrderDupe, kTwelveColumns);
-    t.Text(kColumnOrder, "Text", &S::ColumnOrderText, kTwelveColumns);
-    t.Text(kColumnOrder, "HTML", &S::ColumnOrderHTML, kTwelveColumns);
+    t.Text(kColumnOrder, "Dupe", &S::ColumnOrderDupe, kTwelveColumnsDefault);
+    t.Text(kColumnOrder, "Text", &S::ColumnOrderText, kTwelveColumnsDefault);
+    t.Text(kColumnOrder, "HTML", &S::ColumnOrderHTML, kTwelveColumnsDefault);
     t.Text(kColumnOrder, "Files", &S::ColumnOrderFiles,
            " 0x 1x 2x 3x 4x 5x 6x 7x 8x 9x 10x 11x 12x");
     t.Text(kColumnOrder, "Playlist", &S::ColumnOrderPlaylist,
            " 12x 0x 1x 2x 3x 4x 5x 6x 7x 8x 9x 10x 11x");
-    t.Text(kColumnOrder, "Search", &S::ColumnOrderSearch, kTwelveColumns);
+    t.Text(kColumnOrder, "Search", &S::ColumnOrderSearch, kTwelveColumnsDefault);
 
     t.I16(kView, "Folders", &S::ViewFolders, 1);
     t.I16(kView, "Files", &S::ViewFiles, 1);

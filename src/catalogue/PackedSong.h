@@ -16,6 +16,11 @@ namespace jk {
 
 using SongFieldViews = std::array<std::string_view, kSongFieldCount>;  // in key order
 
+// The view of field `key` (kKeyTitle...).
+inline std::string_view SongFieldView(const SongFieldViews& fields, int key) {
+    return fields[static_cast<std::size_t>(key - 1)];
+}
+
 class PackedSong {
 public:
     PackedSong() = default;

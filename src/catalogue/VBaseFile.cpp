@@ -17,7 +17,7 @@ namespace {
 // An older text form is read whole; none was ever near this size.
 constexpr std::size_t kMaxOlderFormBytes = std::size_t{512} << 20;
 constexpr std::int64_t kMaxCopiedBytes = std::int64_t{1} << 30;
-constexpr std::int64_t kProgressEvery = 512;
+constexpr std::int64_t kProgressEverySongs = 512;
 
 // Where the records of a load go: the song cache or a plain array.
 class RecordSink {
@@ -90,7 +90,7 @@ bool ReadRecords(VBaseInput& input, RecordSink& sink, const LoadProgress& progre
             return false;
         }
         sink.Put(static_cast<std::size_t>(i), decoder.Decode(raw));
-        if (progress && (i + 1) % kProgressEvery == 0) {
+        if (progress && (i + 1) % kProgressEverySongs == 0) {
             progress(i + 1, size);
         }
     }

@@ -11,7 +11,7 @@
 namespace jk {
 namespace {
 
-constexpr std::int64_t kProgressEvery = 1024;
+constexpr std::int64_t kProgressEveryRecords = 1024;
 constexpr std::size_t kPieceBytes = std::size_t{1} << 20;
 
 // True when the load keeps every field of the record as the file holds it (the Volume aside,
@@ -79,7 +79,7 @@ VolumesLoad ReadVolumes(VBaseInput& input, VolumeTable& table, const LoadProgres
             table[lastVolumeIndex].Append(fields, 0, 0);
         }
         ++result.records;
-        if (progress && result.records % kProgressEvery == 0) {
+        if (progress && result.records % kProgressEveryRecords == 0) {
             progress(result.records, header.recordCount);
         }
     }

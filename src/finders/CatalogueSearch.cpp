@@ -11,19 +11,15 @@
 namespace jk {
 namespace {
 
-bool IsSeparator(char c) {
-    return c == '/' || c == '\\';
-}
-
 // The folder part of a path less its drive part, as the folder tree keys it: "/media/ann/D/rock/"
 // gives "/rock", "d:\rock\" gives "\rock", "/home/ann/" gives "/home/ann".
 std::string_view CutDrive(std::string_view folder) {
-    while (!folder.empty() && IsSeparator(folder.back())) {
+    while (!folder.empty() && IsCataloguedSeparator(folder.back())) {
         folder.remove_suffix(1);
     }
     const std::string_view drive = DrivePart(folder);
     std::string_view rest = drive == "/" ? folder : folder.substr(drive.size());
-    while (!rest.empty() && IsSeparator(rest.back())) {
+    while (!rest.empty() && IsCataloguedSeparator(rest.back())) {
         rest.remove_suffix(1);
     }
     return rest;

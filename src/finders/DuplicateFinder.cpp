@@ -6,6 +6,7 @@
 #include "catalogue/SongFields.h"
 #include "finders/DuplicateSort.h"
 #include "util/InParts.h"
+#include "util/PathHelpers.h"
 #include "util/Text.h"
 #include "util/Utf8.h"
 
@@ -13,11 +14,6 @@ namespace jk {
 namespace {
 
 constexpr std::size_t kProgressEvery = 4096;
-
-std::string_view NameOf(std::string_view path) {
-    const std::size_t sep = path.find_last_of("/\\");
-    return sep == std::string_view::npos ? path : path.substr(sep + 1);
-}
 
 }  // namespace
 
@@ -112,7 +108,7 @@ Column DupeKeyColumn(int criterion) {
 }
 
 std::string_view SortKeyOf(std::string_view column, int criterion) {
-    return criterion == 4 ? NameOf(column) : column;
+    return criterion == 4 ? CataloguedBareName(column) : column;
 }
 
 std::string_view SortKey(const ListRow& row, int criterion) {
@@ -222,7 +218,7 @@ ListRow DupeRow(ListRow record) {
     const std::string_view title = record.Get(Column::Title);
     const std::string_view trimmed = Trim(title);
     if (trimmed.empty()) {
-        const std::string name(NameOf(record.Get(Column::Filename)));
+        const std::string name(CataloguedBareName(record.Get(Column::Filename)));
         record.Set(Column::Title, name);
     } else if (trimmed.size() != title.size()) {
         const std::string kept(trimmed);

@@ -4,14 +4,9 @@
 #include <cstring>
 #include <string>
 
+#include "util/PathHelpers.h"
+
 namespace jk {
-namespace {
-
-bool IsSeparator(char c) {
-    return c == '/' || c == '\\';
-}
-
-}  // namespace
 
 template <typename Visit>
 void IndexedFolders::ForEachText(const Visit& visit) const {
@@ -33,7 +28,7 @@ void IndexedFolders::ForEachText(const Visit& visit) const {
 std::vector<std::size_t> IndexedFolders::Heads(std::string_view folded) {
     std::vector<std::size_t> heads;
     for (std::size_t i = 0; i < folded.size(); ++i) {
-        if (IsSeparator(folded[i])) {
+        if (IsCataloguedSeparator(folded[i])) {
             heads.push_back(i + 1);
         }
     }

@@ -11,19 +11,8 @@
 namespace jk {
 namespace {
 
-std::string_view Key(const SongFieldViews& fields, int key) {
-    return fields[static_cast<std::size_t>(key - 1)];
-}
-
-// The bare file name, after the last separator of either kind: catalogues made on older
-// systems hold "d:\folder\name.mp3".
-std::string_view NameOf(std::string_view path) {
-    const std::size_t sep = path.find_last_of("/\\");
-    return sep == std::string_view::npos ? path : path.substr(sep + 1);
-}
-
 std::string_view TitleOrName(std::string_view title, std::string_view path) {
-    return Trim(title).empty() ? NameOf(path) : title;
+    return Trim(title).empty() ? CataloguedBareName(path) : title;
 }
 
 }  // namespace
@@ -38,33 +27,35 @@ ListRow RealHitRow(const SongInfo& song) {
 }
 
 ListRow CatalogueHitRow(const SongFieldViews& fields) {
-    const std::string_view path = Key(fields, kKeyPath);
-    return ListRow({TitleOrName(Key(fields, kKeyTitle), path), Key(fields, kKeyArtist),
-                    Key(fields, kKeyAlbum), Key(fields, kKeyYear), Key(fields, kKeyGenre),
-                    Key(fields, kKeyTime), Key(fields, kKeyBitrate), path, Key(fields, kKeyComment),
-                    Key(fields, kKeySize), Key(fields, kKeyDate), Key(fields, kKeyVolume)});
+    const std::string_view path = SongFieldView(fields, kKeyPath);
+    return ListRow({TitleOrName(SongFieldView(fields, kKeyTitle), path),
+                    SongFieldView(fields, kKeyArtist), SongFieldView(fields, kKeyAlbum),
+                    SongFieldView(fields, kKeyYear), SongFieldView(fields, kKeyGenre),
+                    SongFieldView(fields, kKeyTime), SongFieldView(fields, kKeyBitrate), path,
+                    SongFieldView(fields, kKeyComment), SongFieldView(fields, kKeySize),
+                    SongFieldView(fields, kKeyDate), SongFieldView(fields, kKeyVolume)});
 }
 
 std::string_view SearchFieldOf(const SongFieldViews& fields, SearchField field) {
     switch (field) {
         case SearchField::Title:
-            return Key(fields, kKeyTitle);
+            return SongFieldView(fields, kKeyTitle);
         case SearchField::Artist:
-            return Key(fields, kKeyArtist);
+            return SongFieldView(fields, kKeyArtist);
         case SearchField::Album:
-            return Key(fields, kKeyAlbum);
+            return SongFieldView(fields, kKeyAlbum);
         case SearchField::Year:
-            return Key(fields, kKeyYear);
+            return SongFieldView(fields, kKeyYear);
         case SearchField::Genre:
-            return Key(fields, kKeyGenre);
+            return SongFieldView(fields, kKeyGenre);
         case SearchField::Bitrate:
-            return Key(fields, kKeyBitrate);
+            return SongFieldView(fields, kKeyBitrate);
         case SearchField::Filename:
-            return Key(fields, kKeyPath);
+            return SongFieldView(fields, kKeyPath);
         case SearchField::Comment:
-            return Key(fields, kKeyComment);
+            return SongFieldView(fields, kKeyComment);
         case SearchField::Volume:
-            return Key(fields, kKeyVolume);
+            return SongFieldView(fields, kKeyVolume);
         case SearchField::Count:
             break;
     }
@@ -76,7 +67,7 @@ ListRow PlaylistRowOfResult(const ListRow& result) {
     row.SetSelected(false);
     const std::string_view path = result.Get(Column::Filename);
     if (Trim(result.Get(Column::Title)).empty()) {
-        row.Set(Column::Title, NameOf(path));
+        row.Set(Column::Title, CataloguedBareName(path));
     }
     return row;
 }

@@ -13,10 +13,6 @@ namespace {
 // The folded ending that nearly every file name shares, held once rather than once a song.
 constexpr std::string_view kSharedEnding = ".mp3";
 
-std::string_view Key(const SongFieldViews& fields, int key) {
-    return fields[static_cast<std::size_t>(key - 1)];
-}
-
 std::size_t NameStart(std::string_view path) {
     const std::size_t sep = path.find_last_of("/\\");
     return sep == std::string_view::npos ? 0 : sep + 1;
@@ -167,9 +163,10 @@ bool SearchIndex::BuildOwnTexts(const CatalogueView& catalogue, const std::atomi
                 return false;
             }
             const SongFieldViews fields = catalogue.Fields(v, i);
-            const std::string_view path = Key(fields, kKeyPath);
-            const std::string_view own[kOwnCount] = {
-                path.substr(NameStart(path)), Key(fields, kKeyTitle), Key(fields, kKeyComment)};
+            const std::string_view path = SongFieldView(fields, kKeyPath);
+            const std::string_view own[kOwnCount] = {path.substr(NameStart(path)),
+                                                     SongFieldView(fields, kKeyTitle),
+                                                     SongFieldView(fields, kKeyComment)};
             if (song % 64 == 0) {
                 // Where each range of songs begins, for a search a range at a time.
                 for (OwnTexts& texts : m_own) {
@@ -194,12 +191,12 @@ bool SearchIndex::BuildOwnTexts(const CatalogueView& catalogue, const std::atomi
                 }
                 buffer.push_back(static_cast<char>(kSegmentEnd));
             }
-            artistOf.push_back(artists.Id(Key(fields, kKeyArtist)));
-            albumOf.push_back(albums.Id(Key(fields, kKeyAlbum)));
+            artistOf.push_back(artists.Id(SongFieldView(fields, kKeyArtist)));
+            albumOf.push_back(albums.Id(SongFieldView(fields, kKeyAlbum)));
             const std::uint64_t triple =
-                (static_cast<std::uint64_t>(genres.Id(Key(fields, kKeyGenre))) << 42) |
-                (static_cast<std::uint64_t>(years.Id(Key(fields, kKeyYear))) << 21) |
-                bitrates.Id(Key(fields, kKeyBitrate));
+                (static_cast<std::uint64_t>(genres.Id(SongFieldView(fields, kKeyGenre))) << 42) |
+                (static_cast<std::uint64_t>(years.Id(SongFieldView(fields, kKeyYear))) << 21) |
+                bitrates.Id(SongFieldView(fields, kKeyBitrate));
             bool added = false;
             const std::uint32_t combination = triples.Id(triple, added);
             if (added) {
@@ -243,7 +240,7 @@ bool SearchIndex::BuildFolders(const CatalogueView& catalogue, const std::atomic
                 return false;
             }
             const SongFieldViews fields = catalogue.Fields(v, i);
-            const std::string_view path = Key(fields, kKeyPath);
+            const std::string_view path = SongFieldView(fields, kKeyPath);
             const std::uint32_t folder = folders.Id(path.substr(0, NameStart(path)));
             folderOf.push_back(folder);
             met = std::max(met, folder + 1);

@@ -11,7 +11,7 @@
 namespace jk {
 namespace {
 
-constexpr std::int32_t kDefaultBitrate = 128;
+constexpr std::int32_t kFallbackBitrate = 128;
 // More than the longest frame there is (MPEG-2.5 Layer II at 160 kbit/s and 8 kHz: 2881 bytes).
 constexpr std::int64_t kMaxFrameBytes = 4096;
 // Writers that stack ID3v2 tags stack a few; a longer chain is garbage.
@@ -230,7 +230,7 @@ StreamFacts FactsOf(const MpegFrameHeader& frame, const VbrInfo& vbr, std::int64
         facts.seconds = ClampTo32(static_cast<double>(audioBytes) * 8.0 / (frame.bitrate * 1000.0));
     }
     if (facts.bitrate <= 0) {
-        facts.bitrate = kDefaultBitrate;
+        facts.bitrate = kFallbackBitrate;
     }
     return facts;
 }
@@ -428,7 +428,7 @@ Outcome<StreamFacts> ReadStreamExactly(ByteSource& source) {
             ReadVbrHeader(*fallback, first->data(), static_cast<std::int64_t>(first->size()));
         return FactsOf(*fallback, vbr, fallbackPos, end);
     }
-    facts.seconds = ClampTo32(static_cast<double>(end - start) * 8.0 / (kDefaultBitrate * 1000.0));
+    facts.seconds = ClampTo32(static_cast<double>(end - start) * 8.0 / (kFallbackBitrate * 1000.0));
     return facts;
 }
 

@@ -20,7 +20,7 @@ std::string EnvironmentValue(const char* name) {
     return value == nullptr ? std::string() : std::string(value);
 }
 
-std::string HomeFolder() {
+std::string EnvironmentHomeFolder() {
     std::string home = EnvironmentValue("HOME");
     return home.empty() ? AccountHomeFolder() : home;
 }
@@ -68,7 +68,7 @@ DataFolderInputs CurrentDataFolderInputs(std::string_view explicitFolder) {
             std::filesystem::path(inputs.executableFolder) / kIniName, error);
     }
     inputs.xdgDataHome = EnvironmentValue("XDG_DATA_HOME");
-    inputs.home = HomeFolder();
+    inputs.home = EnvironmentHomeFolder();
     return inputs;
 }
 

@@ -1,16 +1,11 @@
 #include "setup/SetupOkay.h"
 
 #include "app/CacheCodepage.h"
+#include "app/PaneActions.h"
 #include "app/Session.h"
 #include "catalogue/CacheMaintenance.h"
 
 namespace jk {
-
-namespace {
-
-constexpr std::int16_t kDelModeDisabled = 2;
-
-}  // namespace
 
 void SetupOkay(Session& session, const SetupForm& form, SetupEffects& effects) {
     Settings& settings = session.Settings;

@@ -11,6 +11,11 @@ std::string_view BareName(std::string_view path) {
     return slash == std::string_view::npos ? path : path.substr(slash + 1);
 }
 
+std::string_view CataloguedBareName(std::string_view path) {
+    const std::size_t sep = path.find_last_of("/\\");
+    return sep == std::string_view::npos ? path : path.substr(sep + 1);
+}
+
 std::string_view ParentPath(std::string_view path) {
     if (!path.empty() && path.back() == kSep) {
         path.remove_suffix(1);

@@ -10,8 +10,16 @@ namespace jk {
 
 inline constexpr char kSep = '/';
 
+// A separator of a catalogued path: "/", or the "\" of a disc catalogued under Windows.
+inline constexpr bool IsCataloguedSeparator(char c) {
+    return c == kSep || c == '\\';
+}
+
 // What follows the last separator; the whole text if there is none.
 std::string_view BareName(std::string_view path);
+// Likewise after the last separator of either kind (catalogues made on older systems
+// hold "d:\folder\name.mp3").
+std::string_view CataloguedBareName(std::string_view path);
 // A final separator is cut first, then everything from the last separator on; the text itself
 // if no separator remains.
 std::string_view ParentPath(std::string_view path);

@@ -25,14 +25,14 @@ namespace fs = std::filesystem;
 
 using Names = std::vector<std::string>;
 
-class TempTree {
+class ListingTempTree {
 public:
-    TempTree() {
+    ListingTempTree() {
         root_ = fs::temp_directory_path() / ("jk-listing-" + std::to_string(::getpid()));
         fs::remove_all(root_);
         fs::create_directories(root_);
     }
-    ~TempTree() {
+    ~ListingTempTree() {
         std::error_code ignored;
         fs::permissions(root_ / "locked", fs::perms::owner_all, ignored);
         fs::remove_all(root_, ignored);
@@ -83,7 +83,7 @@ Names RawOrder(const std::string& folder) {
 }
 
 TEST(PosixFolderLister, KeepsTheFileSystemsOrderAndGivesTheFolderBit) {
-    TempTree tree;
+    ListingTempTree tree;
     for (int i = 0; i < 60; ++i) {
         tree.File("song" + std::to_string(i) + ".mp3");
         if (i % 7 == 0) {
@@ -115,7 +115,7 @@ TEST(PosixFolderLister, KeepsTheFileSystemsOrderAndGivesTheFolderBit) {
 }
 
 TEST(PosixFolderLister, NeverListsALinkToAFolderAndGivesOtherLinksAsFiles) {
-    TempTree tree;
+    ListingTempTree tree;
     tree.Folder("real");
     tree.File("real/song.mp3");
     tree.Link("real", "folder-link");
@@ -132,7 +132,7 @@ TEST(PosixFolderLister, NeverListsALinkToAFolderAndGivesOtherLinksAsFiles) {
 }
 
 TEST(PosixFolderLister, CannotReadWhatIsGoneOrNoFolder) {
-    TempTree tree;
+    ListingTempTree tree;
     tree.File("plain.mp3");
     PosixFolderLister lister(std::unordered_map<std::string, std::uint64_t>{});
     ListResult result{};
@@ -149,7 +149,7 @@ TEST(PosixFolderLister, CannotReadAFolderWithoutPermission) {
     if (::geteuid() == 0) {
         GTEST_SKIP() << "root reads every folder";
     }
-    TempTree tree;
+    ListingTempTree tree;
     tree.Folder("locked");
     tree.File("locked/secret.mp3");
     fs::permissions(tree.Path("locked"), fs::perms::none);
@@ -160,7 +160,7 @@ TEST(PosixFolderLister, CannotReadAFolderWithoutPermission) {
 }
 
 TEST(PosixFolderLister, RefusesAnotherFilesystemsMountPointWithoutOpeningIt) {
-    TempTree tree;
+    ListingTempTree tree;
     tree.Folder("same");
     struct stat st {};
     ASSERT_EQ(::stat(tree.Path().c_str(), &st), 0);
@@ -192,7 +192,7 @@ private:
 };
 
 TEST(FolderWalkOnDisk, FollowsNoLinkToAFolderSoLinkLoopsEnd) {
-    TempTree tree;
+    ListingTempTree tree;
     tree.Folder("a/b");
     tree.File("a/one.mp3");
     tree.File("a/b/two.mp3");
@@ -210,7 +210,7 @@ TEST(FolderWalkOnDisk, FollowsNoLinkToAFolderSoLinkLoopsEnd) {
 }
 
 TEST(FolderWalkOnDisk, StartsAtALinkedFolderTheUserChose) {
-    TempTree tree;
+    ListingTempTree tree;
     tree.Folder("music");
     tree.File("music/x.mp3");
     tree.Link("music", "shortcut");
@@ -221,7 +221,7 @@ TEST(FolderWalkOnDisk, StartsAtALinkedFolderTheUserChose) {
 }
 
 TEST(RecurseDirRealOnDisk, ReadsAheadWithoutChangingTheOrder) {
-    TempTree tree;
+    ListingTempTree tree;
     for (int d = 0; d < 5; ++d) {
         tree.Folder("d" + std::to_string(d));
         for (int f = 0; f < 40; ++f) {

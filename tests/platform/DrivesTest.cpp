@@ -183,14 +183,14 @@ TEST(DrivesFrom, RootIsFirstEvenWhenTheTableDoesNotShowIt) {
     EXPECT_EQ(roots, (Names{"/", "/data"}));
 }
 
-class TempTree {
+class DrivesTempTree {
 public:
-    TempTree() {
+    DrivesTempTree() {
         root_ = fs::temp_directory_path() / ("jk-drives-" + std::to_string(::getpid()));
         fs::remove_all(root_);
         fs::create_directories(root_);
     }
-    ~TempTree() { fs::remove_all(root_); }
+    ~DrivesTempTree() { fs::remove_all(root_); }
     fs::path Make(const std::string& rel) {
         fs::create_directories(root_ / rel);
         return root_ / rel;
@@ -205,7 +205,7 @@ private:
 };
 
 TEST(ProbeBlockDevice, FindsRemovableUsbAndOpticalDisksInSysfs) {
-    TempTree sys;
+    DrivesTempTree sys;
     // A USB stick's partition: "removable" sits on the disk, one folder up.
     sys.Make("devices/pci0/usb1/1-1/block/sdc/sdc1");
     sys.Write("devices/pci0/usb1/1-1/block/sdc/removable", "1\n");
@@ -239,7 +239,7 @@ TEST(ProbeBlockDevice, FindsRemovableUsbAndOpticalDisksInSysfs) {
 }
 
 TEST(ReadVolumeLabels, MapsDevicesToDecodedLabels) {
-    TempTree dev;
+    DrivesTempTree dev;
     dev.Write("sdc1", "");
     dev.Write("sdb1", "");
     dev.Make("by-label");
@@ -272,7 +272,7 @@ TEST(VolumeLabelLookup, GivesTheLabelOfTheMountThatHoldsThePath) {
 }
 
 TEST(VolumeLabelLookup, FindsTheFilesystemByDeviceThroughALinkedFolder) {
-    TempTree tree;
+    DrivesTempTree tree;
     const fs::path real = tree.Make("disk/album");
     fs::create_directory_symlink(real, tree.Root() / "link");
     struct stat st {};
@@ -292,7 +292,7 @@ TEST(VolumeLabelLookup, FindsTheFilesystemByDeviceThroughALinkedFolder) {
 }
 
 TEST(ListDrives, RootIsFirstWhateverTheMountTableFileHolds) {
-    TempTree tree;
+    DrivesTempTree tree;
     tree.Write("chroot", "61 59 8:17 / /data rw - ext4 /dev/sdb1 rw\n");
     tree.Write("empty", "");
     tree.Make("a-folder");

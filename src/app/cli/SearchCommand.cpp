@@ -26,7 +26,7 @@ namespace jk {
 
 namespace {
 
-constexpr std::array<std::string_view, kSearchFieldCount> kFieldNames = {
+constexpr std::array<std::string_view, kSearchFieldCount> kSearchFieldNames = {
     "title", "artist", "album", "year", "genre", "bitrate", "filename", "comment", "volume"};
 
 // The second page of the window from the options; false (the user told) on a bad option.
@@ -124,7 +124,7 @@ int RunSearchCommand(CliContext& context, std::span<const std::string> args) {
     form.SizeDate = SizeDateCriteria{};
     form.SizeDate.DateText = session.Settings.SearchLasts[1];  // Combo5 starts as SearchLast1
     if (const std::string* in = parsed.Value("--in")) {
-        const auto fields = ParseFieldList(*in, kFieldNames);
+        const auto fields = ParseFieldList(*in, kSearchFieldNames);
         if (!fields) {
             return UsageError(
                 "--in names fields from title, artist, album, year, genre, "

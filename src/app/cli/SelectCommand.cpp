@@ -19,7 +19,7 @@ namespace jk {
 
 namespace {
 
-constexpr std::array<std::string_view, kSelectFieldCount> kFieldNames = {
+constexpr std::array<std::string_view, kSelectFieldCount> kSelectFieldNames = {
     "title", "artist", "album", "year", "genre", "time", "bitrate", "filename", "comment"};
 
 int RunSelect(CliContext& context, std::span<const std::string> args) {
@@ -40,7 +40,7 @@ int RunSelect(CliContext& context, std::span<const std::string> args) {
         choice.Fields.set();
     }
     if (const std::string* in = parsed.Value("--in")) {
-        const auto fields = ParseFieldList(*in, kFieldNames);
+        const auto fields = ParseFieldList(*in, kSelectFieldNames);
         if (!fields) {
             return UsageError(
                 "--in names fields from title, artist, album, year, genre, time, "

@@ -13,14 +13,11 @@
 #include "app/ui/MainWindow.h"
 #include "app/ui/Splash.h"
 #include "ui/common/MessageBoxes.h"
+#include "ui/common/QtText.h"
 
 namespace jk {
 
 namespace {
-
-QString FromView(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 // The available areas of the screens, the window's own (or the primary) first.
 std::vector<PixelRect> AvailableAreas(const QWidget& window) {
@@ -79,7 +76,7 @@ void DesktopFront::ShowAsSaved() {
 }
 
 void DesktopFront::SetStatus(std::string_view text) {
-    m_splash.SetStatus(FromView(text));
+    m_splash.SetStatus(ToQString(text));
 }
 
 void DesktopFront::ClearProgress() {
@@ -94,7 +91,7 @@ bool DesktopFront::ShowProgress(std::int64_t done, std::int64_t total) {
 }
 
 void DesktopFront::PrepareMainWindow(std::string_view caption) {
-    m_main.setWindowTitle(FromView(caption));
+    m_main.setWindowTitle(ToQString(caption));
 }
 
 void DesktopFront::SetMainEnabled(bool enabled) {
@@ -217,7 +214,7 @@ void DesktopFront::StoreWindowPosition(jk::Settings& settings) {
 }
 
 void DesktopFront::SetPanelText(std::string_view text) {
-    m_main.SetPanelText(FromView(text));
+    m_main.SetPanelText(ToQString(text));
 }
 
 SaveAnswer DesktopFront::AskSaveList(const UserMessage& question) {

@@ -13,14 +13,11 @@
 #include "app/ui/Icons.h"
 #include "app/ui/MainWindow.h"
 #include "app/ui/TipsDialog.h"
+#include "ui/common/QtText.h"
 
 namespace jk {
 
 namespace {
-
-QString Text(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 // The folder of the help pages: installed beside the program, or in the build tree.
 QString HelpFolder() {
@@ -53,7 +50,8 @@ void Main::HelpPage_Click(std::string_view item) {
         return;
     }
     // A local page: the program itself asks nothing of the network.
-    QDesktopServices::openUrl(QUrl::fromLocalFile(QDir(folder).filePath(Text(HelpPageFile(item)))));
+    QDesktopServices::openUrl(
+        QUrl::fromLocalFile(QDir(folder).filePath(ToQString(HelpPageFile(item)))));
 }
 
 void Main::AboutJK2_Click() {
@@ -62,7 +60,7 @@ void Main::AboutJK2_Click() {
     box.setIconPixmap(ProgramIcon().pixmap(64, 64));
     box.setTextFormat(Qt::RichText);
     box.setText(QStringLiteral("<h3>Ostrel Jukarra %1</h3><p>version %1 - %2</p>")
-                    .arg(Text(kVersionText), Text(kBuildDateText)));
+                    .arg(ToQString(kVersionText), ToQString(kBuildDateText)));
     box.setInformativeText(
         QStringLiteral("A manager for your collection of MP3 files: browse your folders and "
                        "discs, build playlists, shuffle them and hand them to your player."));

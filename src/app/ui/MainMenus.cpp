@@ -18,14 +18,11 @@
 #include "app/ui/Icons.h"
 #include "app/ui/MainWindow.h"
 #include "playback/RecentLists.h"
+#include "ui/common/QtText.h"
 
 namespace jk {
 
 namespace {
-
-QString Text(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 // The commands that Winamp alone once carried out, each shown when the player can carry it out.
 constexpr std::pair<std::string_view, PlayerCommand> kPlayerOnly[] = {
@@ -68,14 +65,14 @@ void Main::BuildMenus() {
             case MenuEntryKind::Menu: {
                 QMenu* menu = nullptr;
                 if (parent != nullptr) {
-                    menu = parent->addMenu(Text(entry.Caption));
+                    menu = parent->addMenu(ToQString(entry.Caption));
                 } else if (entry.Place == MenuPlace::MenuBar) {
-                    menu = menuBar()->addMenu(Text(entry.Caption));
+                    menu = menuBar()->addMenu(ToQString(entry.Caption));
                 } else {
-                    menu = new QMenu(Text(entry.Caption), this);
+                    menu = new QMenu(ToQString(entry.Caption), this);
                 }
-                menu->setObjectName(Text(entry.Name));
-                menu->menuAction()->setObjectName(Text(entry.Name));
+                menu->setObjectName(ToQString(entry.Name));
+                menu->menuAction()->setObjectName(ToQString(entry.Name));
                 if (!entry.Icon.empty()) {
                     menu->setIcon(ThemeIcon(entry.Icon));
                 }
@@ -86,7 +83,7 @@ void Main::BuildMenus() {
             case MenuEntryKind::Separator:
                 lastSeparator = parent->addSeparator();
                 if (!entry.Name.empty()) {
-                    lastSeparator->setObjectName(Text(entry.Name));
+                    lastSeparator->setObjectName(ToQString(entry.Name));
                     lastSeparator->setVisible(entry.Owner != kOwnerReserved);
                     m_actions.emplace(std::string(entry.Name), lastSeparator);
                 }
@@ -96,7 +93,7 @@ void Main::BuildMenus() {
                     entry.Name == "LastList" ? m_lastListItems : m_goItems;
                 for (int i = 0; i < entry.Count; ++i) {
                     QAction* item = parent->addAction(QString());
-                    item->setObjectName(Text(entry.Name) + QString::number(i + 1));
+                    item->setObjectName(ToQString(entry.Name) + QString::number(i + 1));
                     item->setVisible(false);
                     if (entry.Name == "LastList") {
                         connect(item, &QAction::triggered, this, [this, i] { LastList_Click(i); });
@@ -114,10 +111,10 @@ void Main::BuildMenus() {
                 break;
             }
             case MenuEntryKind::Item: {
-                QAction* action = parent->addAction(Text(entry.Caption));
-                action->setObjectName(Text(entry.Name));
+                QAction* action = parent->addAction(ToQString(entry.Caption));
+                action->setObjectName(ToQString(entry.Name));
                 if (!entry.Shortcut.empty()) {
-                    action->setShortcut(QKeySequence(Text(entry.Shortcut)));
+                    action->setShortcut(QKeySequence(ToQString(entry.Shortcut)));
                     action->setShortcutContext(Qt::WindowShortcut);
                     addAction(action);
                 }
@@ -168,10 +165,10 @@ void Main::BuildToolbar() {
             const std::string key(button.Key);
             connect(action, &QAction::triggered, this, [this, key] { RunCommand(key); });
         }
-        action->setObjectName(QStringLiteral("Toolbar1_") + Text(button.Key));
+        action->setObjectName(QStringLiteral("Toolbar1_") + ToQString(button.Key));
         action->setIcon(ThemeIcon(button.Icon));
-        action->setToolTip(Text(button.ToolTip));
-        action->setText(Text(button.ToolTip));
+        action->setToolTip(ToQString(button.ToolTip));
+        action->setText(ToQString(button.ToolTip));
         m_toolbar->addAction(action);
         m_toolbarActions.emplace(std::string(button.Key), action);
     }

@@ -20,6 +20,7 @@
 #include "app/ui/PropertiesDialog.h"
 #include "playback/PlayerBridge.h"
 #include "playback/ui/PlaylistModel.h"
+#include "ui/common/QtText.h"
 
 namespace jk {
 
@@ -27,10 +28,6 @@ namespace {
 
 int Ms(std::chrono::milliseconds interval) {
     return static_cast<int>(interval.count());
-}
-
-QString Text(const std::string& text) {
-    return QString::fromStdString(text);
 }
 
 bool PropertySheetShowing() {
@@ -158,7 +155,7 @@ void MainPlayer::Remote(PlayerCommand command) {
     const std::optional<std::string> volume =
         m_bridge.Command(command, std::chrono::steady_clock::now());
     if (volume) {
-        m_main.SetVolumeText(Text(*volume));
+        m_main.SetVolumeText(ToQString(*volume));
         StatusPanelUpdate shown;
         shown.volume = volume;
         m_panels.Shown(shown);
@@ -233,13 +230,13 @@ void MainPlayer::StatusTick() {
     }
     const StatusPanelUpdate update = StatusTimer(m_session, m_bridge, m_panels);
     if (update.time) {
-        m_main.SetTimeText(Text(*update.time));
+        m_main.SetTimeText(ToQString(*update.time));
     }
     if (update.volume) {
-        m_main.SetVolumeText(Text(*update.volume));
+        m_main.SetVolumeText(ToQString(*update.volume));
     }
     if (update.song) {
-        m_main.SetSongText(Text(*update.song));
+        m_main.SetSongText(ToQString(*update.song));
     }
     m_main.ShowPlaylistCaption();
 }

@@ -18,18 +18,11 @@
 #include "listing/RowEditing.h"
 #include "listing/RowStats.h"
 #include "playback/ui/PlaylistModel.h"
+#include "ui/common/QtText.h"
 #include "util/PathHelpers.h"
 #include "util/Text.h"
 
 namespace jk {
-
-namespace {
-
-QString Text(const std::string& text) {
-    return QString::fromStdString(text);
-}
-
-}  // namespace
 
 void Main::ConnectPanes() {
     for (ListPane* pane : {m_filesPane, m_playlistPane}) {
@@ -115,21 +108,22 @@ void Main::ListStats() {
     const std::string folder =
         m_currentFolder.empty() ? std::string() : std::string(LastFolder(m_currentFolder));
     const std::string files = TotalsText(TotalsOf(m_fileRows));
-    m_panels[1]->setText(folder.empty() ? Text(files)
-                                        : Text(folder) + QStringLiteral(": ") + Text(files));
-    m_panels[1]->setToolTip(Text(m_currentFolder));
+    m_panels[1]->setText(folder.empty()
+                             ? ToQString(files)
+                             : ToQString(folder) + QStringLiteral(": ") + ToQString(files));
+    m_panels[1]->setToolTip(ToQString(m_currentFolder));
     for (const std::size_t panel : {1, 2, 3}) {
         m_panels[panel]->setMinimumWidth(m_panels[panel]->sizeHint().width());
     }
     m_panels[2]->setText(QStringLiteral("Playlist: ") +
-                         Text(TotalsText(TotalsOf(m_session.Playlist.Rows))));
+                         ToQString(TotalsText(TotalsOf(m_session.Playlist.Rows))));
     const int selected = static_cast<int>(ActivePane().selectionModel()->selectedRows().size());
     m_panels[3]->setText(selected > 1 ? QStringLiteral("%1 selected").arg(selected) : QString());
     m_panels[3]->setVisible(selected > 1);
 }
 
 void Main::ShowPlaylistCaption() {
-    setWindowTitle(Text(PlaylistCaption(m_session)));
+    setWindowTitle(ToQString(PlaylistCaption(m_session)));
 }
 
 void Main::PlaylistFilledOutside() {

@@ -17,18 +17,15 @@
 #include "browse/ScanAddSong.h"
 #include "metadata/Genres.h"
 #include "metadata/TagWriter.h"
+#include "ui/common/QtText.h"
 #include "util/PathHelpers.h"
 
 namespace jk {
 
 namespace {
 
-QString Text(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 QLineEdit* Field(const std::string& text, int width, QWidget* parent) {
-    auto* edit = new QLineEdit(Text(text), parent);
+    auto* edit = new QLineEdit(ToQString(text), parent);
     edit->setMaxLength(width);
     return edit;
 }
@@ -43,7 +40,7 @@ SongInfo ReadSong(Session& session, const std::string& path) {
 PropertiesDialog::PropertiesDialog(Session& session, std::string path, QWidget* parent)
     : QDialog(parent), m_session(session), m_path(std::move(path)) {
     setObjectName(QStringLiteral("Properties"));
-    setWindowTitle(Text(BareName(m_path)) + QStringLiteral(" - Properties"));
+    setWindowTitle(ToQString(BareName(m_path)) + QStringLiteral(" - Properties"));
     m_song = ReadSong(m_session, m_path);
     const bool readable = !IsNonExistant(m_song);
 
@@ -58,10 +55,10 @@ PropertiesDialog::PropertiesDialog(Session& session, std::string path, QWidget* 
             label == "Genre" || label == "Track" || label == "Comment") {
             continue;
         }
-        auto* value = new QLabel(Text(line.text), record);
+        auto* value = new QLabel(ToQString(line.text), record);
         value->setTextInteractionFlags(Qt::TextSelectableByMouse);
         value->setWordWrap(true);
-        recordForm->addRow(Text(label) + QStringLiteral(":"), value);
+        recordForm->addRow(ToQString(label) + QStringLiteral(":"), value);
     }
 
     m_before = EditableFields(m_song);
@@ -81,7 +78,7 @@ PropertiesDialog::PropertiesDialog(Session& session, std::string path, QWidget* 
     for (const std::string& genre : genres) {
         m_genre->addItem(QString::fromStdString(genre));
     }
-    m_genre->setCurrentText(Text(m_before.Genre));
+    m_genre->setCurrentText(ToQString(m_before.Genre));
     tagForm->addRow(QStringLiteral("&Title:"), m_title);
     tagForm->addRow(QStringLiteral("A&rtist:"), m_artist);
     tagForm->addRow(QStringLiteral("Al&bum:"), m_album);
@@ -116,27 +113,27 @@ TagFields PropertiesDialog::Fields() const {
 }
 
 void PropertiesDialog::SetFields(const TagFields& fields) {
-    m_title->setText(Text(fields.Title));
-    m_artist->setText(Text(fields.Artist));
-    m_album->setText(Text(fields.Album));
-    m_year->setText(Text(fields.Year));
-    m_genre->setCurrentText(Text(fields.Genre));
-    m_comment->setText(Text(fields.Comment));
-    m_track->setText(Text(fields.Track));
+    m_title->setText(ToQString(fields.Title));
+    m_artist->setText(ToQString(fields.Artist));
+    m_album->setText(ToQString(fields.Album));
+    m_year->setText(ToQString(fields.Year));
+    m_genre->setCurrentText(ToQString(fields.Genre));
+    m_comment->setText(ToQString(fields.Comment));
+    m_track->setText(ToQString(fields.Track));
 }
 
 void PropertiesDialog::accept() {
     std::string error;
     const TagChanges changes = ChangesBetween(m_before, Fields(), error);
     if (!error.empty()) {
-        QMessageBox::warning(this, QStringLiteral("Sorry..."), Text(error));
+        QMessageBox::warning(this, QStringLiteral("Sorry..."), ToQString(error));
         return;
     }
     if (changes.Any()) {
         const SongReadOptions options = SongReadOptionsOf(m_session);
         if (!WriteSongTag(m_path, EditedSong(m_song, changes), options.codepage.get())) {
             QMessageBox::warning(this, QStringLiteral("Drats!"),
-                                 Text(TagWriteFailedText(BareName(m_path))));
+                                 ToQString(TagWriteFailedText(BareName(m_path))));
             return;
         }
         m_written = true;

@@ -7,16 +7,9 @@
 #include <QVBoxLayout>
 
 #include "app/Version.h"
+#include "ui/common/QtText.h"
 
 namespace jk {
-
-namespace {
-
-QString FromView(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-}  // namespace
 
 Splash::Splash(QWidget* parent) : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint) {
     setObjectName(QStringLiteral("Splash"));
@@ -29,7 +22,7 @@ Splash::Splash(QWidget* parent) : QWidget(parent, Qt::SplashScreen | Qt::Framele
     title->setAlignment(Qt::AlignCenter);
 
     m_label2 = new QLabel(
-        QStringLiteral("version %1 - %2").arg(FromView(kVersionText), FromView(kBuildDateText)),
+        QStringLiteral("version %1 - %2").arg(ToQString(kVersionText), ToQString(kBuildDateText)),
         this);
     m_label2->setObjectName(QStringLiteral("Label2"));
     m_label2->setAlignment(Qt::AlignCenter);

@@ -21,6 +21,7 @@
 #include "finders/ResultRows.h"
 #include "finders/SearchRequest.h"
 #include "finders/ui/ResultsPane.h"
+#include "ui/common/QtText.h"
 #include "util/PathHelpers.h"
 
 namespace jk {
@@ -29,10 +30,6 @@ namespace {
 
 // Rows made between two steps of the progress bar.
 constexpr std::size_t kRowsPerStep = 4096;
-
-QString Q(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 constexpr const char* kHelpText =
     "The duplicate finder can help you weed out redundant songs in your collection. Choose "
@@ -67,12 +64,12 @@ wizDuplicate::wizDuplicate(FinderHost& host, QWidget* parent) : QDialog(parent),
     m_combo1 = new QComboBox(m_controls);
     m_combo1->setObjectName("Combo1");
     for (const DupeCriterion& criterion : kDupeCriteria) {
-        m_combo1->addItem(Q(criterion.Row));
+        m_combo1->addItem(ToQString(criterion.Row));
     }
     m_combo2 = new QComboBox(m_controls);
     m_combo2->setObjectName("Combo2");
     for (const std::string_view row : kDupeShowRows) {
-        m_combo2->addItem(Q(row));
+        m_combo2->addItem(ToQString(row));
     }
     m_chkClear = new QCheckBox("Clear results before processing", m_controls);
     m_chkClear->setObjectName("chkClear");
@@ -137,7 +134,7 @@ wizDuplicate::wizDuplicate(FinderHost& host, QWidget* parent) : QDialog(parent),
     m_command2->setObjectName("Command2");
     connect(m_command1, &QPushButton::clicked, this, &wizDuplicate::Command1_Click);
     connect(m_command2, &QPushButton::clicked, this, &wizDuplicate::Command2_Click);
-    m_status = new QLabel(Q(kSearchReadyStatus), this);
+    m_status = new QLabel(ToQString(kSearchReadyStatus), this);
     m_status->setObjectName("lblStatus");
     m_bar = new QProgressBar(this);
     m_bar->setObjectName("PBar");
@@ -234,21 +231,21 @@ void wizDuplicate::FindDuplicates() {
         Progress(done, total);
     };
     if (m_chkPlaylist->isChecked() && m_host.Playlist != nullptr) {
-        m_status->setText(Q(kScanningPlaylist));
+        m_status->setText(ToQString(kScanningPlaylist));
         records.AddRows(*m_host.Playlist, kSourcePlaylist, progress);
         m_bar->setValue(0);
     }
     if (m_chkFolder->isChecked() && m_host.Files != nullptr) {
-        m_status->setText(Q(kScanningFolder));
+        m_status->setText(ToQString(kScanningFolder));
         records.AddRows(*m_host.Files, kSourceFolder, progress);
         m_bar->setValue(0);
     }
     if (m_chkVirtual->isChecked() && m_host.Catalogue != nullptr) {
-        m_status->setText(Q(kScanningVirtualDrives));
+        m_status->setText(ToQString(kScanningVirtualDrives));
         records.AddCatalogue(*m_host.Catalogue, progress);
         m_bar->setValue(0);
     }
-    m_status->setText(Q(kProcessing));
+    m_status->setText(ToQString(kProcessing));
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     RowList& rows = m_results->Rows();
     const bool appended = !rows.empty();
@@ -284,7 +281,7 @@ void wizDuplicate::FindDuplicates() {
 
 void wizDuplicate::ShowStats() {
     const bool exact = m_host.Options != nullptr && m_host.Options->ExactTimes != 0;
-    m_status->setText(Q(ResultsStats(m_results->Rows(), exact)));
+    m_status->setText(ToQString(ResultsStats(m_results->Rows(), exact)));
 }
 
 void wizDuplicate::CleanUp() {

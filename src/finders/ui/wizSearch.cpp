@@ -33,6 +33,7 @@
 #include "finders/ResultRows.h"
 #include "finders/SearchIndexKeeper.h"
 #include "finders/ui/ResultsPane.h"
+#include "ui/common/QtText.h"
 #include "util/Utf8.h"
 
 namespace jk {
@@ -44,10 +45,6 @@ constexpr int kLivePauseMs = 30;
 // A catalogue this large is searched as the text is typed through the index only: a plain pass
 // over it would hold the window for longer than a key's worth of time.
 constexpr std::size_t kScanWhileTypingSongs = 50000;
-
-QString Q(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 std::string S(const QString& text) {
     return text.toStdString();
@@ -64,7 +61,7 @@ public:
             m_window.m_host.PanelStatus(std::string(text));
         }
     }
-    void SetStatus(std::string_view text) override { m_window.m_status->setText(Q(text)); }
+    void SetStatus(std::string_view text) override { m_window.m_status->setText(ToQString(text)); }
     void SetProgress(int value, int maximum) override {
         m_window.m_bar->setMaximum(maximum);
         m_window.m_bar->setValue(value);
@@ -94,7 +91,7 @@ wizSearch::wizSearch(FinderHost& host, QWidget* parent) : QDialog(parent), m_hos
         SetForm(LoadSearchForm(*m_host.Options, m_host.CurrentFolder));
         m_results->ApplyColumnOrder(m_host.Options->ColumnOrderSearch);
     }
-    m_status->setText(Q(kSearchReadyStatus));
+    m_status->setText(ToQString(kSearchReadyStatus));
     resize(900, 600);
 }
 
@@ -279,8 +276,8 @@ void wizSearch::BuildMenus() {
     m_searchInMenu = new QMenu("&Search in", this);
     m_searchInMenu->setObjectName("SearchIn");
     for (const SearchFieldEntry& entry : SearchFieldEntries()) {
-        QAction* action = m_searchInMenu->addAction(Q(entry.Caption));
-        action->setObjectName(Q(entry.Name));
+        QAction* action = m_searchInMenu->addAction(ToQString(entry.Caption));
+        action->setObjectName(ToQString(entry.Name));
         action->setCheckable(true);
         m_fieldActions.push_back(action);
     }
@@ -364,8 +361,8 @@ SearchForm wizSearch::Form() const {
 }
 
 void wizSearch::SetForm(const SearchForm& form) {
-    m_combo1->setEditText(Q(form.Text));
-    m_combo2->setEditText(Q(form.LookIn));
+    m_combo1->setEditText(ToQString(form.Text));
+    m_combo2->setEditText(ToQString(form.LookIn));
     for (std::size_t i = 0; i < m_fieldActions.size(); ++i) {
         m_fieldActions[i]->setChecked(form.Fields.test(i));
     }
@@ -376,12 +373,12 @@ void wizSearch::SetForm(const SearchForm& form) {
     m_check5->setChecked(form.OnTop);
     const SizeDateCriteria& c = form.SizeDate;
     m_combo3->setCurrentIndex(std::clamp(c.SizeMode, 0, 2));
-    m_text1->setText(Q(c.SizeText));
+    m_text1->setText(ToQString(c.SizeText));
     (c.LastWritten ? m_option1 : m_option2)->setChecked(true);
     m_combo4->setCurrentIndex(std::clamp(c.TimeMode, 0, 3));
-    m_combo5->setEditText(Q(c.DateText));
+    m_combo5->setEditText(ToQString(c.DateText));
     m_combo6->setCurrentIndex(std::clamp(c.LastUnit, 0, 3));
-    m_text2->setText(Q(c.LastCount));
+    m_text2->setText(ToQString(c.LastCount));
 }
 
 QString wizSearch::Status() const {
@@ -398,7 +395,7 @@ void wizSearch::UpdateCombos() {
         const QString text = combo->currentText();
         combo->clear();
         for (const std::string& row : rows) {
-            combo->addItem(Q(row));
+            combo->addItem(ToQString(row));
         }
         combo->setEditText(text);
     };
@@ -414,10 +411,10 @@ void wizSearch::ShowStats() {
     // again in one go.
     if (m_liveTally && !m_results->Filling() && m_liveTally->ExactTimes() == exact &&
         m_liveTally->Rows() == static_cast<std::size_t>(m_results->Model().rowCount())) {
-        m_status->setText(Q(m_liveTally->Text()));
+        m_status->setText(ToQString(m_liveTally->Text()));
         return;
     }
-    m_status->setText(Q(ResultsStats(m_results->Rows(), exact)));
+    m_status->setText(ToQString(ResultsStats(m_results->Rows(), exact)));
 }
 
 void wizSearch::CleanUp() {
@@ -426,9 +423,9 @@ void wizSearch::CleanUp() {
         UpdateQueues(*m_host.Options, form);
         UpdateCombos();
         // The histories keep the texts trimmed; the boxes go on showing them as typed.
-        m_combo1->setEditText(Q(form.Text));
-        m_combo2->setEditText(Q(form.LookIn));
-        m_combo5->setEditText(Q(form.SizeDate.DateText));
+        m_combo1->setEditText(ToQString(form.Text));
+        m_combo2->setEditText(ToQString(form.LookIn));
+        m_combo5->setEditText(ToQString(form.SizeDate.DateText));
         StoreSearchForm(*m_host.Options, form);
         m_results->StoreColumnOrder(m_host.Options->ColumnOrderSearch);
     }
@@ -470,7 +467,7 @@ void wizSearch::Command1_Click() {
         if (m_host.Tell) {
             m_host.Tell(box);
         } else {
-            QMessageBox::warning(this, Q(box.title), Q(box.text));
+            QMessageBox::warning(this, ToQString(box.title), ToQString(box.text));
         }
     }
     if (m_closing) {
@@ -480,7 +477,7 @@ void wizSearch::Command1_Click() {
 
 void wizSearch::Command5_Click() {
     m_abort = true;
-    m_status->setText(Q(kSearchAbortedStatus));
+    m_status->setText(ToQString(kSearchAbortedStatus));
     m_bar->setValue(0);
 }
 
@@ -676,10 +673,10 @@ void wizSearch::Browse() {
     if (m_host.ChooseFolder) {
         folder = m_host.ChooseFolder(question);
     } else {
-        folder = S(QFileDialog::getExistingDirectory(this, Q(question)));
+        folder = S(QFileDialog::getExistingDirectory(this, ToQString(question)));
     }
     if (!folder.empty()) {
-        m_combo2->setEditText(Q(folder));
+        m_combo2->setEditText(ToQString(folder));
     }
 }
 

@@ -15,15 +15,9 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include "ui/common/QtText.h"
+
 namespace jk {
-
-namespace {
-
-QString Q(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-}  // namespace
 
 wizSelect::wizSelect(FinderHost& host, QWidget* parent) : QDialog(parent), m_host(host) {
     setWindowTitle("Selection Wizard");
@@ -41,8 +35,8 @@ wizSelect::wizSelect(FinderHost& host, QWidget* parent) : QDialog(parent), m_hos
     m_menu = new QMenu("&Search in", this);
     m_menu->setObjectName("SearchIn");
     for (const SelectField& field : SelectFields()) {
-        QAction* action = m_menu->addAction(Q(field.Caption));
-        action->setObjectName(Q(field.Name));
+        QAction* action = m_menu->addAction(ToQString(field.Caption));
+        action->setObjectName(ToQString(field.Name));
         action->setCheckable(true);
         m_fields.push_back(action);
     }
@@ -98,7 +92,7 @@ wizSelect::wizSelect(FinderHost& host, QWidget* parent) : QDialog(parent), m_hos
     // Form_Load
     if (m_host.Options != nullptr) {
         for (std::size_t i = 1; i < m_host.Options->Selects.size(); ++i) {
-            m_combo1->addItem(Q(m_host.Options->Selects[i]));
+            m_combo1->addItem(ToQString(m_host.Options->Selects[i]));
         }
         SetChoice(InitialSelection(*m_host.Options));
     } else {
@@ -121,7 +115,7 @@ SelectionChoice wizSelect::Choice() const {
 }
 
 void wizSelect::SetChoice(const SelectionChoice& choice) {
-    m_combo1->setEditText(Q(choice.Text));
+    m_combo1->setEditText(ToQString(choice.Text));
     for (std::size_t i = 0; i < m_fields.size(); ++i) {
         m_fields[i]->setChecked(choice.Fields.test(i));
     }

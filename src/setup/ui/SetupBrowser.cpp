@@ -15,14 +15,11 @@
 #include <QVBoxLayout>
 
 #include "app/Session.h"
+#include "ui/common/QtText.h"
 
 namespace jk {
 
 namespace {
-
-QString ToQString(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 constexpr int kKeyRole = Qt::UserRole + 1;
 

@@ -17,15 +17,12 @@
 #include <QVBoxLayout>
 
 #include "app/SettingsTable.h"
+#include "ui/common/QtText.h"
 #include "util/Text.h"
 
 namespace jk {
 
 namespace {
-
-QString ToQString(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 std::string ToStd(const QString& text) {
     return text.toStdString();

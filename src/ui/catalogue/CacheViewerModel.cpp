@@ -4,14 +4,11 @@
 
 #include "catalogue/CacheViewerText.h"
 #include "catalogue/SongCache.h"
+#include "ui/common/QtText.h"
 
 namespace jk {
 
 namespace {
-
-QString ToQString(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 // Columns whose texts are numbers stand right-aligned: Year, Time, Bitrate, Size.
 bool IsNumberColumn(int column) {

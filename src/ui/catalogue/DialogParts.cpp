@@ -16,10 +16,6 @@ static void InitCatalogueIcons() {
 
 namespace jk {
 
-QString ToQString(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 std::string ToStdString(const QString& text) {
     return text.toStdString();
 }

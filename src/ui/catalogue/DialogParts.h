@@ -10,6 +10,8 @@
 #include <QElapsedTimer>
 #include <QString>
 
+#include "ui/common/QtText.h"
+
 class QComboBox;
 class QIcon;
 class QLabel;
@@ -20,7 +22,6 @@ class QWidget;
 
 namespace jk {
 
-QString ToQString(std::string_view text);
 std::string ToStdString(const QString& text);
 
 QPushButton* DialogButton(std::string_view caption, const char* name);

@@ -12,14 +12,11 @@
 
 #include "catalogue/CachePerformance.h"
 #include "ui/catalogue/CacheViewer.h"
+#include "ui/common/QtText.h"
 
 namespace jk {
 
 namespace {
-
-QString ToQString(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 QLabel* ValueLabel(const char* name) {
     auto* label = new QLabel;

@@ -22,7 +22,7 @@ using test::TempFolder;
 using test::WriteBytes;
 
 constexpr std::int64_t kFileTime = 1700000000;  // 14 November 2023
-constexpr std::string_view kNow = "20240610120000";
+constexpr std::string_view kLookupNow = "20240610120000";
 
 std::string Padded(std::string_view text, std::size_t width) {
     std::string out(text.substr(0, width));
@@ -74,7 +74,7 @@ protected:
     SongCache m_cache;
     std::int32_t m_total = 0;
     std::int32_t m_hits = 0;
-    std::string m_now = std::string(kNow);
+    std::string m_now = std::string(kLookupNow);
 };
 
 TEST_F(GetSongInfoTest, AMissReadsTheFileAndStoresItsSlot) {
@@ -93,7 +93,7 @@ TEST_F(GetSongInfoTest, AMissReadsTheFileAndStoresItsSlot) {
     EXPECT_EQ(slot.Path, "hit song.mp3");
     EXPECT_EQ(slot.Album, "Album");  // the suffix is never stored back
     EXPECT_EQ(slot.Date, FormatStamp14(kFileTime));
-    EXPECT_EQ(slot.LastUsed, kNow);
+    EXPECT_EQ(slot.LastUsed, kLookupNow);
     EXPECT_EQ(slot.Time, StoredTime(song.Time, true));
 }
 
@@ -292,7 +292,7 @@ TEST_F(GetSongInfoTest, ALentRecordIsTheRecordGetSongInfoGives) {
     EXPECT_TRUE(IsNonExistant(LendSongInfo(m_folder.File("missing.mp3"), lookup)));
     EXPECT_EQ(LendSongInfo(m_folder.File("missing.mp3"), lookup), NonExistantSong());
     EXPECT_EQ(hitGiven.LastUsed, "");
-    EXPECT_EQ(hitAgain.LastUsed, kNow) << "a hit shows the stamp of the lookup before it";
+    EXPECT_EQ(hitAgain.LastUsed, kLookupNow) << "a hit shows the stamp of the lookup before it";
 }
 
 TEST_F(GetSongInfoTest, CountingPastTheTopOfTheCounterFails) {

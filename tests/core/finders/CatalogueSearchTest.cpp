@@ -38,7 +38,7 @@ std::vector<std::string> Titles(const RowList& rows) {
 }
 
 // Counts the window's calls and asks for an abort when told to.
-class Front final : public SearchFront {
+class CatalogueSearchFront final : public SearchFront {
 public:
     void SetStatus(std::string_view text) override { status = text; }
     void SetProgress(int, int) override {
@@ -73,7 +73,7 @@ MemoryCatalogue SmallCatalogue() {
 TEST(CatalogueSearch, EveryVolumeInTableOrder) {
     const MemoryCatalogue catalogue = SmallCatalogue();
     RowList rows;
-    Front front;
+    CatalogueSearchFront front;
     const CatalogueSearchEnd end = SearchAllVirtualDrives(catalogue, Request("love"), rows, front);
     EXPECT_EQ(end.End, SearchEnd::Done);
     EXPECT_EQ(front.status, "Scanning all Virtual Drives...");
@@ -87,7 +87,7 @@ TEST(CatalogueSearch, VirtualFolderByLabelIgnoringCaseThenPathAsText) {
     const MemoryCatalogue catalogue = SmallCatalogue();
     const auto search = [&catalogue](std::string_view lookIn, std::string query) {
         RowList rows;
-        Front front;
+        CatalogueSearchFront front;
         SearchVirtualFolder(catalogue, lookIn, Request(std::move(query)), rows, front);
         return Titles(rows);
     };
@@ -106,7 +106,7 @@ TEST(CatalogueSearch, VirtualFolderByLabelIgnoringCaseThenPathAsText) {
 TEST(CatalogueSearch, AbortLeavesOnlyTheVolumeItIsSeenIn) {
     MemoryCatalogue catalogue = SmallCatalogue();
     RowList rows;
-    Front front;
+    CatalogueSearchFront front;
     front.abortAfter = 1;  // the second record of the first volume sees the flag
     const CatalogueSearchEnd end = SearchAllVirtualDrives(catalogue, Request(""), rows, front);
     EXPECT_EQ(end.End, SearchEnd::Aborted);
@@ -123,7 +123,7 @@ TEST(CatalogueSearch, ABetweenTokenThatIsNoDateEndsTheSearch) {
     criteria.DateText = "1/1/98 - someday";
     request.SizeDate = SizeDateTest(criteria, CivilMoment{});
     RowList rows;
-    Front front;
+    CatalogueSearchFront front;
     EXPECT_EQ(SearchAllVirtualDrives(catalogue, request, rows, front).End, SearchEnd::Failed);
     EXPECT_TRUE(rows.empty());
     SearchIndexKeeper keeper(catalogue);
@@ -141,7 +141,7 @@ TEST(CatalogueSearch, ACatalogueChangedDuringTheSearchEndsIt) {
         big.Songs.push_back(Song("t" + std::to_string(i), "a", "/x/" + std::to_string(i)));
     }
     RowList rows;
-    Front front;
+    CatalogueSearchFront front;
     front.onProgress = [&catalogue] { ++catalogue.generation; };
     const CatalogueSearchEnd end = SearchAllVirtualDrives(catalogue, Request(""), rows, front);
     EXPECT_TRUE(end.CatalogueChanged);
@@ -302,7 +302,7 @@ TEST(SearchIndex, GivesThePlainSearchesRowsThroughRandomQueriesAndChanges) {
                 }
             }
             RowList plain;
-            Front front;
+            CatalogueSearchFront front;
             if (lookIn.empty()) {
                 SearchAllVirtualDrives(catalogue, request, plain, front);
             } else {

@@ -14,7 +14,7 @@
 namespace jk {
 namespace {
 
-class Front final : public SearchFront {
+class RealSearchFront final : public SearchFront {
 public:
     void SetPanelStatus(std::string_view text) override { panel = text; }
     void SetStatus(std::string_view text) override { statuses.emplace_back(text); }
@@ -72,7 +72,7 @@ protected:
     RealFileSetup setup;
     SearchRequest request;
     RowList rows;
-    Front front;
+    RealSearchFront front;
     SearchEnd end = SearchEnd::Done;
 };
 
