@@ -13,7 +13,7 @@
 namespace jk {
 namespace {
 
-constexpr std::int64_t kMaxOlderFormBytes = std::int64_t{512} << 20;
+constexpr std::int64_t kMaxOlderCatalogueBytes = std::int64_t{512} << 20;
 constexpr std::string_view kSavingSuffix = ".saving";
 
 std::string SavingName(const std::string& folder, std::string_view name) {
@@ -43,7 +43,7 @@ bool LooksLikeOlderDatabase(std::string_view bytes) {
 
 bool LoadOlderForm(const std::string& path, VirtualCatalogue& catalogue, bool strict) {
     std::string bytes;
-    if (!ReadWholeFile(path, bytes, kMaxOlderFormBytes).ok) {
+    if (!ReadWholeFile(path, bytes, kMaxOlderCatalogueBytes).ok) {
         return false;
     }
     if (strict && !LooksLikeOlderDatabase(bytes)) {

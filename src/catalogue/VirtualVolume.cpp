@@ -11,7 +11,7 @@
 namespace jk {
 namespace {
 
-constexpr std::size_t kChunkBytes = std::size_t{1} << 20;
+constexpr std::size_t kLargestChunkBytes = std::size_t{1} << 20;
 constexpr std::size_t kFirstChunkBytes = std::size_t{4} << 10;
 // Blocks from this size on come straight from the system, filled in at once (few enough that
 // the system's limit on mappings is never near).
@@ -126,7 +126,7 @@ char* VirtualVolume::Reserve(std::size_t bytes, Entry& entry) {
     if (m_ownChunk == SIZE_MAX || m_chunkUsed + bytes > m_chunkSize) {
         // Small volumes take small blocks; the blocks grow to a fixed size.
         const std::size_t next =
-            m_chunkSize == 0 ? kFirstChunkBytes : std::min(m_chunkSize * 2, kChunkBytes);
+            m_chunkSize == 0 ? kFirstChunkBytes : std::min(m_chunkSize * 2, kLargestChunkBytes);
         m_chunkSize = std::max(next, bytes);
         Chunk& chunk = m_chunks.emplace_back();
         if (m_chunkSize >= kPagedChunkBytes) {

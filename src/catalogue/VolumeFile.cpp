@@ -12,7 +12,7 @@ namespace jk {
 namespace {
 
 constexpr std::int64_t kProgressEveryRecords = 1024;
-constexpr std::size_t kPieceBytes = std::size_t{1} << 20;
+constexpr std::size_t kVolumePieceBytes = std::size_t{1} << 20;
 
 // True when the load keeps every field of the record as the file holds it (the Volume aside,
 // which the store does not read), so the record can be adopted as it stands.
@@ -118,12 +118,12 @@ VolumesLoad LoadVolumesFromBytes(std::string_view bytes, VolumeTable& table,
 
 bool WriteVolumes(const VolumeTable& table, const std::function<bool(std::string_view)>& sink) {
     std::string piece;
-    piece.reserve(kPieceBytes + kVBaseHeaderBytes);
+    piece.reserve(kVolumePieceBytes + kVBaseHeaderBytes);
     AppendVBaseHeader(piece, kVBaseVersion101, TotalSongs(table));
     for (const VirtualVolume& volume : table) {
         for (std::size_t i = 0; i < volume.Count(); ++i) {
             AppendVBaseRecord(piece, volume.FieldsOf(i));
-            if (piece.size() >= kPieceBytes) {
+            if (piece.size() >= kVolumePieceBytes) {
                 if (!sink(piece)) {
                     return false;
                 }
