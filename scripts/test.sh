@@ -11,11 +11,9 @@ cd "$(dirname "$0")/.."
 # Per fuzzer; four of them at 30 s keep the section near two minutes on CI's two cores.
 FUZZ_SECONDS="${FUZZ_SECONDS:-30}"
 jobs="$(nproc)"
-# What every build here is configured with: warnings as errors, and debug information as line
-# tables only (-g1), which is all a sanitizer's report, a backtrace or a debugger's "where" needs
-# here, for about a quarter less compiling than full -g.
-ci_config=(-G Ninja -DJUKARRA_WERROR=ON
-    "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O2 -g1 -DNDEBUG" "-DCMAKE_CXX_FLAGS_DEBUG=-g1")
+# Each build's options: warnings as errors and line tables in all; unity batches in the ASan
+# build.
+source scripts/ci-config.sh
 start=$(date +%s)
 
 # Each section's wall time, and the processor time its programs took (user and system, both
@@ -59,8 +57,7 @@ if git rev-parse --is-inside-work-tree >/dev/null 2>&1; then
 fi
 
 section "build and test (RelWithDebInfo)"
-cmake -S . -B build "${ci_config[@]}" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DJUKARRA_BUILD_BENCH=ON \
-    >/dev/null
+cmake -S . -B build "${ci_config[@]}" "${normal_config[@]}" >/dev/null
 cmake --build build -j "$jobs"
 (cd build && ctest --output-on-failure -j "$jobs")
 
@@ -74,8 +71,7 @@ run-clang-tidy -p build -j "$jobs" -quiet "^$PWD/src/" >build/clang-tidy.log 2>&
 }
 
 section "build and test with ASan and UBSan"
-cmake -S . -B build-asan "${ci_config[@]}" -DCMAKE_BUILD_TYPE=Debug -DJUKARRA_SANITIZE=ON \
-    >/dev/null
+cmake -S . -B build-asan "${ci_config[@]}" "${asan_config[@]}" >/dev/null
 cmake --build build-asan -j "$jobs"
 (cd build-asan && ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 \
     UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 ctest --output-on-failure -j "$jobs")
@@ -86,8 +82,7 @@ section "build and test with TSan, without the desktop program"
 # disc mounts, the players' bridge and the command-line tests that walk folders. The rest run
 # one thread and are run in both builds above; vdrive_crash_safety among them, whose catalogue
 # writes run on one thread and are killed from outside, where ThreadSanitizer has nothing to see.
-cmake -S . -B build-tsan "${ci_config[@]}" -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-    -DJUKARRA_SANITIZE_THREAD=ON -DJUKARRA_BUILD_GUI=OFF >/dev/null
+cmake -S . -B build-tsan "${ci_config[@]}" "${tsan_config[@]}" >/dev/null
 cmake --build build-tsan -j "$jobs"
 # GCC 12's ThreadSanitizer cannot map its shadow memory under the wider address randomisation
 # of newer kernels; there the tests run with randomisation off.
@@ -103,13 +98,7 @@ fi
 
 if [ -d fuzz ] && [ "$FUZZ_SECONDS" -gt 0 ]; then
     section "fuzzers, ${FUZZ_SECONDS}s each"
-    cmake -S . -B build-fuzz "${ci_config[@]}" -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-        -DCMAKE_CXX_COMPILER=clang++ -DJUKARRA_BUILD_FUZZ=ON -DJUKARRA_BUILD_GUI=OFF \
-        -DJUKARRA_BUILD_TESTS=OFF >/dev/null
-    fuzz_targets=()
-    for source in fuzz/*.cpp; do
-        fuzz_targets+=("$(basename "$source" .cpp)")
-    done
+    cmake -S . -B build-fuzz "${ci_config[@]}" "${fuzz_config[@]}" >/dev/null
     cmake --build build-fuzz -j "$jobs" --target "${fuzz_targets[@]}"
     for fuzzer in build-fuzz/fuzz/fuzz_*; do
         [ -x "$fuzzer" ] || continue
