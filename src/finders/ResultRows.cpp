@@ -73,8 +73,12 @@ ListRow PlaylistRowOfResult(const ListRow& result) {
 }
 
 void ResultsTally::Add(const ListRow& row) {
-    m_seconds += ParseTime(row.Get(Column::Time), m_exactTimes);
-    m_bytes += Val(row.Get(Column::Size));
+    Add(row.Get(Column::Time), row.Get(Column::Size));
+}
+
+void ResultsTally::Add(std::string_view time, std::string_view size) {
+    m_seconds += ParseTime(time, m_exactTimes);
+    m_bytes += Val(size);
     ++m_rows;
 }
 

@@ -39,6 +39,8 @@ class ResultsTally {
 public:
     explicit ResultsTally(bool exactTimes) : m_exactTimes(exactTimes) {}
     void Add(const ListRow& row);
+    // A row by its Time and Size columns alone, for rows not made yet.
+    void Add(std::string_view time, std::string_view size);
     std::size_t Rows() const { return m_rows; }
     bool ExactTimes() const { return m_exactTimes; }
     // ResultsStats of the rows added, in the order added.

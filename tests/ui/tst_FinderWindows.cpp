@@ -28,6 +28,8 @@
 #include "catalogue/GetSongInfo.h"
 #include "core/browse/FakeFolderLister.h"
 #include "core/finders/MemoryCatalogue.h"
+#include "finders/DuplicateFinder.h"
+#include "finders/ResultRows.h"
 #include "finders/ui/FinderWindows.h"
 #include "finders/ui/ResultsPane.h"
 #include "finders/ui/wizDuplicate.h"
@@ -194,6 +196,7 @@ private Q_SLOTS:
     void selectionWizardFollowsItsRules();
     void duplicateFinderGroupsAndProposesWithoutDeleting();
     void bestCopiesGoToARealTrashOnlyWhenConfirmed();
+    void manyDuplicatesListInSlicesAndSurviveACatalogueChange();
     void theMainWindowOpensEachFinderOnce();
 };
 
@@ -640,6 +643,96 @@ void FinderWindowsTest::bestCopiesGoToARealTrashOnlyWhenConfirmed() {
     QVERIFY(QFile::exists(QString::fromStdString(root + "/xdg/Trash/files/low.mp3")));
     QCOMPARE(window.Results().Rows().size(), std::size_t{2});
     qunsetenv("XDG_DATA_HOME");
+}
+
+// Thousands of duplicates: the window lists a screenful at once with the final statistics and
+// makes the rest between turns of the event loop; the whole list is the core's, a second run
+// lands below the first, and a catalogue change finishes the rows before it (or, unannounced,
+// ends the list where it stands with its statistics counted again).
+void FinderWindowsTest::manyDuplicatesListInSlicesAndSurviveACatalogueChange() {
+    Host h;
+    h.catalogue.volumes.clear();
+    for (int v = 0; v < 4; ++v) {
+        auto& volume = h.catalogue.Add("Disc" + std::to_string(v));
+        for (int i = 0; i < 3000; ++i) {
+            jk::SongInfo song =
+                jk::test::Song("  Song " + std::to_string(i % 1500), "Band",
+                               "/d" + std::to_string(v) + "/" + std::to_string(i) + ".mp3");
+            song.Size = std::to_string(1000 + i);
+            song.Time = "0" + std::to_string(i % 10) + ":1" + std::to_string(v);
+            volume.Songs.push_back(song);
+        }
+    }
+    std::vector<jk::DupeRecord> records;
+    jk::LoadVirtualSource(h.catalogue, records);
+    RowList expected;
+    for (jk::DupeListed& listed : jk::GroupDuplicates(records, 0, jk::kSourceVirtual)) {
+        expected.push_back(std::move(listed.Row));
+    }
+    QVERIFY(expected.size() > 10 * jk::ResultsPane::kFirstRows);
+    const QString expectedStats = QString::fromStdString(jk::ResultsStats(expected, true));
+
+    QWidget main;
+    auto* window = new jk::wizDuplicate(h.host, &main);
+    jk::ResultsPane& results = window->Results();
+    QAbstractItemModelTester tester(&results.Model());
+    Child<QCheckBox>(*window, "chkFolder")->setChecked(false);
+    Child<QCheckBox>(*window, "chkPlaylist")->setChecked(false);
+    Child<QCheckBox>(*window, "chkVirtual")->setChecked(true);
+    Child<QCheckBox>(*window, "chkClear")->setChecked(true);
+    Child<QComboBox>(*window, "Combo1")->setCurrentIndex(0);
+    Child<QComboBox>(*window, "Combo2")->setCurrentIndex(2);
+    window->Command1_Click();
+    QVERIFY(results.Filling());
+    QVERIFY(results.Model().rowCount() < static_cast<int>(expected.size()));
+    QCOMPARE(window->Status(), expectedStats);
+    QTRY_VERIFY_WITH_TIMEOUT(!results.Filling(), 20000);
+    QCOMPARE(Column0(results.Rows(), Column::Filename), Column0(expected, Column::Filename));
+    QCOMPARE(Column0(results.Rows()), Column0(expected));
+    QCOMPARE(window->Status(), expectedStats);
+    window->resize(900, 560);
+    jk::test::SaveShot(*window, "wizDuplicate-many");
+
+    // Without "Clear results" a second run lands below the first, which is made first.
+    Child<QCheckBox>(*window, "chkClear")->setChecked(false);
+    window->Command1_Click();
+    window->Command1_Click();
+    QTRY_VERIFY_WITH_TIMEOUT(!results.Filling(), 20000);
+    QCOMPARE(results.Rows().size(), 3 * expected.size());
+    QCOMPARE(Column0(RowList(results.Rows().end() - static_cast<std::ptrdiff_t>(expected.size()),
+                             results.Rows().end()),
+                     Column::Filename),
+             Column0(expected, Column::Filename));
+
+    // The main window announces its change: every row is made before the catalogue moves.
+    Child<QCheckBox>(*window, "chkClear")->setChecked(true);
+    window->Command1_Click();
+    QVERIFY(results.Filling());
+    jk::FindersCatalogueChanging(&main);
+    QVERIFY(!results.Filling());
+    h.catalogue.volumes[0].Songs.clear();
+    ++h.catalogue.generation;
+    jk::FindersCatalogueChanged(&main);
+    QCOMPARE(results.RowsMade(), expected.size());
+    QCOMPARE(window->Status(), expectedStats);
+    // The groups are still known: the proposal keeps one copy of each.
+    window->ProposeBestCopies_Click();
+    int kept = 0;
+    for (int r = 0; r < results.Model().rowCount(); ++r) {
+        kept +=
+            results.Model().data(results.Model().index(r, 0), jk::ResultsModel::KeptRole).toBool();
+    }
+    QCOMPARE(kept, 1500);
+
+    // Unannounced, the list ends where it stands and its statistics are counted again.
+    window->Command1_Click();
+    QVERIFY(results.Filling());
+    const std::size_t made = results.RowsMade();
+    h.catalogue.volumes.pop_back();
+    ++h.catalogue.generation;
+    QTRY_VERIFY_WITH_TIMEOUT(!results.Filling(), 20000);
+    QCOMPARE(results.RowsMade(), made);
+    QCOMPARE(window->Status(), QString::fromStdString(jk::ResultsStats(results.Rows(), true)));
 }
 
 void FinderWindowsTest::theMainWindowOpensEachFinderOnce() {

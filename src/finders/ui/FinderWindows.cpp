@@ -33,6 +33,9 @@ void FindersCatalogueChanging(QWidget* parent) {
     if (auto* search = parent != nullptr ? parent->findChild<wizSearch*>() : nullptr) {
         search->CatalogueChanging();
     }
+    if (auto* dupes = parent != nullptr ? parent->findChild<wizDuplicate*>() : nullptr) {
+        dupes->CatalogueChanging();
+    }
 }
 
 void FindersCatalogueChanged(QWidget* parent) {

@@ -16,7 +16,8 @@ void OpenSearchWizard(FinderHost& host, QWidget* parent);
 void OpenDuplicateFinder(FinderHost& host, QWidget* parent);
 
 // Before and after the catalogue changes: the Search Wizard open beside `parent` holds its
-// index's build off the catalogue meanwhile.
+// index's build off the catalogue meanwhile, and the Duplicate Finder makes the rows it still
+// reads from the catalogue first.
 void FindersCatalogueChanging(QWidget* parent);
 void FindersCatalogueChanged(QWidget* parent);
 

@@ -24,6 +24,7 @@ constexpr int kColumns = static_cast<int>(kColumnCount);
 constexpr qint64 kSliceMs = 8;
 constexpr std::size_t kRowsAtOnce = 1000;
 constexpr std::size_t kRowsFreedAtOnce = 20000;
+constexpr qint64 kTellEveryMs = 100;
 
 }  // namespace
 
@@ -63,19 +64,34 @@ void ResultsPane::ShowRowsInSlices(RowMaker make) {
         m_dropping.push_back(std::move(m_rows));
         m_rows = RowList();
     }
-    m_make = std::move(make);
     // The first rows at once, so the list never shows the rows replaced.
-    while (m_make && m_rows.size() < kFirstRows) {
-        if (!m_make(m_rows, kFirstRows - m_rows.size())) {
+    StartFilling(std::move(make), kFirstRows);
+    m_model.RowsReplaced();
+    if (!m_make) {
+        Q_EMIT RowsFilled();
+    }
+}
+
+void ResultsPane::AppendRowsInSlices(RowMaker make) {
+    FinishRows();
+    StartFilling(std::move(make), m_rows.size() + kFirstRows);
+    m_model.RowsAppended();
+    if (!m_make) {
+        Q_EMIT RowsFilled();
+    }
+}
+
+void ResultsPane::StartFilling(RowMaker make, std::size_t firstRows) {
+    ++m_fillTurn;
+    m_sinceTold.start();
+    m_make = std::move(make);
+    while (m_make && m_rows.size() < firstRows) {
+        if (!m_make(m_rows, firstRows - m_rows.size())) {
             m_make = nullptr;
         }
     }
-    m_model.RowsReplaced();
     if (m_make || !m_dropping.empty()) {
         m_fillTimer->start();
-    }
-    if (!m_make) {
-        Q_EMIT RowsFilled();
     }
 }
 
@@ -83,14 +99,17 @@ void ResultsPane::FillSlice() {
     QElapsedTimer slice;
     slice.start();
     if (m_make) {
-        const std::size_t before = m_rows.size();
+        ++m_fillTurn;
         while (m_make && slice.elapsed() < kSliceMs) {
             if (!m_make(m_rows, kRowsAtOnce)) {
                 m_make = nullptr;
             }
         }
-        if (m_rows.size() > before) {
+        // The view is told of new rows a few times a second, not at every slice: each time it
+        // lays out and paints again, which would cost as much as making the rows.
+        if (!m_make || m_sinceTold.elapsed() >= kTellEveryMs) {
             m_model.RowsAppended();
+            m_sinceTold.restart();
         }
         if (!m_make) {
             Q_EMIT RowsFilled();
@@ -113,6 +132,7 @@ void ResultsPane::FinishRows() {
     if (!m_make) {
         return;
     }
+    ++m_fillTurn;
     while (m_make) {
         if (!m_make(m_rows, std::numeric_limits<std::size_t>::max())) {
             m_make = nullptr;
@@ -230,7 +250,12 @@ void ResultsPane::DeleteSelected(const UserMessage* question) {
 
 void ResultsPane::Clear() {
     StopFilling();
-    m_rows.clear();
+    // A million rows take a while to free: a slice at a time, as when a list is replaced.
+    if (!m_rows.empty()) {
+        m_dropping.push_back(std::move(m_rows));
+        m_rows = RowList();
+        m_fillTimer->start();
+    }
     m_model.RowsReplaced();
     Q_EMIT RowsRemoved();
 }

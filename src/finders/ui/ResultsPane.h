@@ -6,11 +6,13 @@
 // selection.
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include <QElapsedTimer>
 #include <QTableView>
 
 #include "finders/ui/FinderHost.h"
@@ -45,6 +47,13 @@ public:
     // without a freeze. The rows replaced are freed the same way. RowsFilled follows the last
     // slice.
     void ShowRowsInSlices(RowMaker make);
+    // The same below the rows shown, which stay: the rows of an earlier fill are made first.
+    void AppendRowsInSlices(RowMaker make);
+    // The rows made so far, without making those still to come.
+    std::size_t RowsMade() const { return m_rows.size(); }
+    // Counts the runs of making (a slice, the first rows, the rest at once): within one the
+    // event loop does not turn, so what the rows are made from cannot change.
+    std::uint64_t FillTurn() const { return m_fillTurn; }
     // Makes the rows still to come at once (before anything reads every row).
     void FinishRows();
     bool Filling() const { return m_make != nullptr; }
@@ -91,6 +100,8 @@ protected:
 
 private:
     void Hand(PlayRequest how);
+    // Makes the rows of `make` up to `firstRows` at once and leaves the rest to the slices.
+    void StartFilling(RowMaker make, std::size_t firstRows);
     // One turn's worth of the rows to come and of the rows to free.
     void FillSlice();
     void StopFilling();
@@ -104,6 +115,8 @@ private:
     RowMaker m_make;
     std::vector<RowList> m_dropping;  // replaced rows, freed a slice at a time
     QTimer* m_fillTimer = nullptr;
+    std::uint64_t m_fillTurn = 0;
+    QElapsedTimer m_sinceTold;  // since the model was last told of new rows
 };
 
 }  // namespace jk

@@ -1,5 +1,9 @@
 #include "finders/ui/wizDuplicate.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -27,9 +31,6 @@
 namespace jk {
 
 namespace {
-
-// Rows made between two steps of the progress bar.
-constexpr std::size_t kRowsPerStep = 4096;
 
 constexpr const char* kHelpText =
     "The duplicate finder can help you weed out redundant songs in your collection. Choose "
@@ -109,6 +110,13 @@ wizDuplicate::wizDuplicate(FinderHost& host, QWidget* parent) : QDialog(parent),
     });
     connect(&m_results->Model(), &QAbstractItemModel::layoutChanged, this,
             &wizDuplicate::ForgetGroups);
+    connect(m_results, &ResultsPane::RowsFilled, this, [this] {
+        // A list ended short by a change of the catalogue.
+        if (m_results->RowsMade() != m_rowsListed) {
+            ForgetGroups();
+            ShowStats();
+        }
+    });
 
     m_tabs = new QTabWidget(this);
     m_tabs->setObjectName("TabStrip1");
@@ -247,23 +255,31 @@ void wizDuplicate::FindDuplicates() {
     }
     m_status->setText(ToQString(kProcessing));
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    RowList& rows = m_results->Rows();
-    const bool appended = !rows.empty();
-    const std::vector<DupeMember> members =
-        records.Group(m_combo1->currentIndex(), ShowBit(m_combo2->currentIndex()), m_groups);
-    // Only the listed records are made into rows, straight from where the songs are held.
-    rows.reserve(rows.size() + members.size());
+    const bool appended = !m_results->Rows().empty();
+    const bool exact = m_host.Options != nullptr && m_host.Options->ExactTimes != 0;
+    ResultsTally tally(exact);
+    for (const ListRow& row : m_results->Rows()) {
+        tally.Add(row);
+    }
+    auto members = std::make_shared<const std::vector<DupeMember>>(
+        records.Group(m_combo1->currentIndex(), ShowBit(m_combo2->currentIndex()), m_groups));
     std::vector<std::size_t> groups;
     std::vector<std::int16_t> sources;
-    groups.reserve(members.size());
-    sources.reserve(members.size());
-    for (const DupeMember& member : members) {
-        rows.push_back(DupeRow(records.Row(member.Record)));
+    groups.reserve(members->size());
+    sources.reserve(members->size());
+    std::vector<bool> listed(records.Size());
+    for (const DupeMember& member : *members) {
         groups.push_back(member.Group);
         sources.push_back(records.Source(member.Record));
+        listed[member.Record] = true;
         m_groups = std::max(m_groups, member.Group + 1);
-        if (groups.size() % kRowsPerStep == 0) {
-            Progress(groups.size(), members.size());
+    }
+    // The statistics of the rows to come, read in the records' own order (where they lie
+    // together): a listed row differs from its record in its Title alone, and the sum of whole
+    // sizes does not depend on the order.
+    for (std::size_t record = 0; record < listed.size(); ++record) {
+        if (listed[record]) {
+            tally.Add(records.Field(record, Column::Time), records.Field(record, Column::Size));
         }
     }
     if (appended) {
@@ -274,9 +290,44 @@ void wizDuplicate::FindDuplicates() {
     m_groupOf = std::move(groups);
     m_sourceOf = std::move(sources);
     m_proposed = false;
-    m_results->Model().RowsAppended();
     m_bar->setValue(0);
-    ShowStats();
+    m_status->setText(ToQString(tally.Text()));
+    m_rowsListed = m_results->RowsMade() + members->size();
+    ShowRows(std::make_shared<const DupeArray>(std::move(records)), std::move(members));
+}
+
+// Only the listed records become rows, straight from where the songs are held: a screenful at
+// once, the rest between turns of the event loop, so that a million duplicates list without a
+// freeze. A change of the catalogue they are read from ends the list where it stands (the main
+// window has the rows finished before it changes the catalogue).
+void wizDuplicate::ShowRows(std::shared_ptr<const DupeArray> records,
+                            std::shared_ptr<const std::vector<DupeMember>> members) {
+    const CatalogueView* catalogue = m_chkVirtual->isChecked() ? m_host.Catalogue : nullptr;
+    const std::uint64_t generation = catalogue != nullptr ? catalogue->Generation() : 0;
+    // The catalogue's generation takes a look at every volume: once a run of making is enough.
+    const ResultsPane* pane = m_results;
+    m_results->AppendRowsInSlices([records = std::move(records), members = std::move(members),
+                                   catalogue, generation, pane, checked = pane->FillTurn() - 1,
+                                   next = std::size_t{0}](RowList& rows, std::size_t most) mutable {
+        if (catalogue != nullptr && checked != pane->FillTurn()) {
+            if (catalogue->Generation() != generation) {
+                return false;
+            }
+            checked = pane->FillTurn();
+        }
+        const std::size_t end = next + std::min(most, members->size() - next);
+        if (next == 0) {
+            rows.reserve(rows.size() + members->size());
+        }
+        for (; next < end; ++next) {
+            rows.push_back(DupeRow(records->Row((*members)[next].Record)));
+        }
+        return next < members->size();
+    });
+}
+
+void wizDuplicate::CatalogueChanging() {
+    m_results->FinishRows();
 }
 
 void wizDuplicate::ShowStats() {

@@ -4,6 +4,8 @@
 // pane and the catalogue, sorts them on one key and lists each run of equal keys. It can
 // propose the copies to keep and send the others to the trash after asking.
 
+#include <cstddef>
+#include <memory>
 #include <vector>
 
 #include <QCloseEvent>
@@ -25,6 +27,7 @@ class QTextEdit;
 
 namespace jk {
 
+class DupeArray;
 class ResultsPane;
 
 class wizDuplicate final : public QDialog {
@@ -43,6 +46,8 @@ public:
     void ProposeBestCopies_Click();
     // "&Delete": after a proposal always asks with the count and the first files.
     void DeleteFile_Click();
+    // The main window is about to change the catalogue: the rows still to come are made first.
+    void CatalogueChanging();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -53,6 +58,8 @@ private:
     void ShowStats();
     void Progress(std::size_t done, std::size_t total);
     void ForgetGroups();
+    void ShowRows(std::shared_ptr<const DupeArray> records,
+                  std::shared_ptr<const std::vector<DupeMember>> members);
 
     FinderHost& m_host;
     QTabWidget* m_tabs = nullptr;
@@ -75,6 +82,7 @@ private:
     // The group and the source of each listed row, while the list is as the run left it.
     std::vector<std::size_t> m_groupOf;
     std::vector<std::int16_t> m_sourceOf;
+    std::size_t m_rowsListed = 0;  // the rows the last run lists, when all are made
     bool m_proposed = false;
     std::size_t m_groups = 0;
 };
