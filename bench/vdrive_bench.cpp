@@ -74,11 +74,16 @@ long StatusKb(const char* field) {
 
 // Writes master.dat in a child process, so that its memory counts in no figure of ours. A save
 // of this program writes each volume sorted by path (the tree sorted it at start-up).
+// Written aside and renamed into place, as the program saves: a catalogue loaded from the file
+// before keeps reading the bytes it mapped.
 void Generate(const std::string& path, int volumes, int perVolume, bool sorted) {
     const pid_t child = ::fork();
     if (child == 0) {
-        const bool written = jkbench::WriteMasterFile(
-            path, jkbench::CatalogueVolumes(volumes, perVolume, 200, sorted));
+        const std::string aside = path + ".new";
+        const bool written =
+            jkbench::WriteMasterFile(aside,
+                                     jkbench::CatalogueVolumes(volumes, perVolume, 200, sorted)) &&
+            std::rename(aside.c_str(), path.c_str()) == 0;
         ::_exit(written ? 0 : 1);
     }
     int status = 0;

@@ -9,6 +9,11 @@
 namespace jk {
 namespace {
 
+void SortVolume(VirtualVolume& volume) {
+    volume.ReleaseSpare();
+    volume.SortByPath();
+}
+
 bool IsSeparator(char c) {
     return c == '/' || c == '\\';
 }
@@ -65,9 +70,14 @@ std::string CutDrivePart(std::string_view folder) {
     return std::string(CutDrivePartView(folder));
 }
 
+void SortVolumesByPath(VolumeTable& table) {
+    for (VirtualVolume& volume : table) {
+        SortVolume(volume);
+    }
+}
+
 std::vector<VirtualFolderNode> AddVolumeTree(VirtualVolume& volume) {
-    volume.ReleaseSpare();
-    volume.SortByPath();
+    SortVolume(volume);
     // Every cut folder with songs and its ancestors, each once. The cuts are views into the
     // volume's folder texts, so nothing is copied until the nodes are made.
     const std::vector<std::string_view>& folders = volume.Folders();

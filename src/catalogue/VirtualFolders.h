@@ -32,6 +32,9 @@ struct VirtualFolderNode {
 std::vector<VirtualFolderNode> AddVolumeTree(VirtualVolume& volume);
 // LoadVirtualFolders: AddVolumeTree for every volume, in the table's order.
 std::vector<std::vector<VirtualFolderNode>> LoadVirtualFolders(VolumeTable& table);
+// What AddVolumeTree does to the songs alone (each volume sorted by Path, its spare room given
+// back), for a front end that shows no folder tree: the songs stand in the same order.
+void SortVolumesByPath(VolumeTable& table);
 
 // Where a new volume's root goes among the roots of the tree: before the first virtual root
 // (`isVirtual`) whose text sorts after `name` ignoring case, else at the end.

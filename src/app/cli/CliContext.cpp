@@ -2,11 +2,18 @@
 
 #include "app/Session.h"
 #include "app/cli/CommandOutput.h"
+#include "catalogue/VirtualFolders.h"
 #include "platform/ExecutableSearch.h"
 #include "platform/InstanceLock.h"
 #include "platform/UserFolders.h"
 
 namespace jk {
+
+void CliSessionData::LoadVirtualFolders(Session& session) {
+    SortVolumesByPath(session.Virtual.Volumes);
+    // One empty tree a volume, so that adding and removing volumes keeps them in step.
+    session.VirtualTrees.assign(session.Virtual.Volumes.size(), {});
+}
 
 CliContext::CliContext(std::string dataFolder, std::vector<SettingOverride> overrides)
     : m_dataFolder(std::move(dataFolder)), m_overrides(std::move(overrides)) {}

@@ -16,6 +16,14 @@ namespace jk {
 class InstanceLock;
 struct Session;
 
+// The start-up steps as the tool takes them: the catalogue's songs are sorted as the desktop
+// program sorts them, but no folder tree is made, since no command shows one (a large
+// catalogue's tree takes longer to make than its songs to load).
+class CliSessionData final : public SessionData {
+public:
+    void LoadVirtualFolders(Session& session) override;
+};
+
 class CliContext {
 public:
     CliContext(std::string dataFolder, std::vector<SettingOverride> overrides);
@@ -39,7 +47,7 @@ private:
     std::string m_dataFolder;
     std::vector<SettingOverride> m_overrides;
     CliFront m_front;
-    SessionData m_data;
+    CliSessionData m_data;
     std::unique_ptr<Session> m_session;
     std::unique_ptr<InstanceLock> m_lock;
 };

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <string>
 
 #include "catalogue/VirtualFolders.h"
 #include "catalogue/VolumeFile.h"
@@ -284,6 +285,39 @@ TEST(VirtualFoldersTest, FolderSongsAndSongsBelow) {
     }
     EXPECT_EQ(listed, 2u);
     EXPECT_EQ(SplitVirtualKey("CD/rock/a").Folder, "/rock/a");
+}
+
+// A front end without a folder tree sorts the songs all the same: every volume's songs stand in
+// the order the tree's making leaves them, equal paths and backslashed ones included.
+TEST(VirtualFoldersTest, SortingWithoutTreesLeavesTheSongsInTheTreesOrder) {
+    const auto make = [] {
+        VolumeTable table;
+        for (const char* name : {"A", "B", "Empty"}) {
+            table.emplace_back(name);
+        }
+        const char* const paths[] = {"/m/z/9.mp3", "/m/a/1.mp3",   "d:\\x\\2.mp3", "/m/a/1.mp3",
+                                     "/m/Z/0.mp3", "/m/a b/3.mp3", "/m/a/10.mp3"};
+        for (std::size_t i = 0; i < std::size(paths); ++i) {
+            SongInfo song = VolumeSong("A", paths[i]);
+            song.Title = "song " + std::to_string(i);
+            table[0].Append(song);
+            table[1].Append(VolumeSong("B", paths[std::size(paths) - 1 - i]));
+        }
+        return table;
+    };
+    VolumeTable withTrees = make();
+    VolumeTable withoutTrees = make();
+    const auto trees = LoadVirtualFolders(withTrees);
+    SortVolumesByPath(withoutTrees);
+    ASSERT_EQ(trees.size(), withoutTrees.size());
+    for (std::size_t v = 0; v < withTrees.size(); ++v) {
+        ASSERT_EQ(withTrees[v].Count(), withoutTrees[v].Count());
+        for (std::size_t i = 0; i < withTrees[v].Count(); ++i) {
+            EXPECT_EQ(withTrees[v].Song(i).Title, withoutTrees[v].Song(i).Title) << v << " " << i;
+            EXPECT_EQ(withTrees[v].PathOf(i), withoutTrees[v].PathOf(i));
+        }
+    }
+    EXPECT_EQ(withoutTrees[0].PathOf(0), "/m/Z/0.mp3");
 }
 
 }  // namespace
