@@ -99,6 +99,32 @@ std::vector<std::string_view> DupeArray::ColumnOf(Column column) const {
     return out;
 }
 
+void DupeArray::VisitListed(
+    const std::vector<bool>& listed, Column first, Column second,
+    const std::function<void(std::string_view, std::string_view)>& visit) const {
+    std::size_t record = 0;
+    for (const Part& part : m_parts) {
+        if (part.Catalogue == nullptr) {
+            for (const ListRow& row : part.Rows) {
+                if (record < listed.size() && listed[record]) {
+                    visit(row.Get(first), row.Get(second));
+                }
+                ++record;
+            }
+            continue;
+        }
+        for (std::size_t v = 0; v + 1 < part.Starts.size(); ++v) {
+            const std::size_t count = part.Starts[v + 1] - part.Starts[v];
+            for (std::size_t song = 0; song < count; ++song, ++record) {
+                if (record < listed.size() && listed[record]) {
+                    const SongFieldViews fields = part.Catalogue->Fields(v, song);
+                    visit(FieldOf(fields, first), FieldOf(fields, second));
+                }
+            }
+        }
+    }
+}
+
 ListRow DupeArray::Row(std::size_t record) const {
     const Part& part = PartOf(record);
     if (part.Catalogue == nullptr) {

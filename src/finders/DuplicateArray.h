@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -35,6 +36,10 @@ public:
     std::vector<std::string_view> ColumnOf(Column column) const;
     // A record's row as the loaders copy it (unselected).
     ListRow Row(std::size_t record) const;
+    // Two columns of each record marked in `listed` (one flag a record), in the array's
+    // order: a song is looked at once, where the songs lie together.
+    void VisitListed(const std::vector<bool>& listed, Column first, Column second,
+                     const std::function<void(std::string_view, std::string_view)>& visit) const;
 
     // GroupDuplicates over the array: the members listed, in order.
     std::vector<DupeMember> Group(int criterion, std::int16_t showBit, std::size_t firstGroup = 0);

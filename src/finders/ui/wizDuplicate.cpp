@@ -277,11 +277,9 @@ void wizDuplicate::FindDuplicates() {
     // The statistics of the rows to come, read in the records' own order (where they lie
     // together): a listed row differs from its record in its Title alone, and the sum of whole
     // sizes does not depend on the order.
-    for (std::size_t record = 0; record < listed.size(); ++record) {
-        if (listed[record]) {
-            tally.Add(records.Field(record, Column::Time), records.Field(record, Column::Size));
-        }
-    }
+    records.VisitListed(
+        listed, Column::Time, Column::Size,
+        [&tally](std::string_view time, std::string_view size) { tally.Add(time, size); });
     if (appended) {
         // Rows of an earlier run stand above: their groups are no longer known.
         groups.clear();

@@ -6,6 +6,8 @@
 
 #include <random>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/finders/MemoryCatalogue.h"
@@ -97,6 +99,24 @@ TEST(DuplicateArray, ListsWhatTheCopiedArrayLists) {
                 for (std::size_t i = 0; i < copied.size(); ++i) {
                     ASSERT_EQ(compact.Reserved()[i], copied[i].Reserved) << i;
                 }
+                // The listed records' columns read in the array's order, as the statistics are.
+                std::vector<bool> marked(compact.Size());
+                std::vector<std::pair<std::string, std::string>> wanted;
+                for (const DupeMember& member : members) {
+                    marked[member.Record] = true;
+                }
+                for (std::size_t i = 0; i < marked.size(); ++i) {
+                    if (marked[i]) {
+                        const ListRow row = compact.Row(i);  // the copied rows were moved
+                        wanted.emplace_back(row.Get(Column::Time), row.Get(Column::Size));
+                    }
+                }
+                std::vector<std::pair<std::string, std::string>> visited;
+                compact.VisitListed(marked, Column::Time, Column::Size,
+                                    [&visited](std::string_view time, std::string_view size) {
+                                        visited.emplace_back(time, size);
+                                    });
+                ASSERT_EQ(visited, wanted);
             }
         }
     }
