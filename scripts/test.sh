@@ -12,7 +12,7 @@ cd "$(dirname "$0")/.."
 FUZZ_SECONDS="${FUZZ_SECONDS:-30}"
 jobs="$(nproc)"
 # Each build's options: warnings as errors and line tables in all; unity batches in the ASan
-# build.
+# and TSan builds.
 source scripts/ci-config.sh
 start=$(date +%s)
 
