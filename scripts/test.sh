@@ -11,8 +11,8 @@ cd "$(dirname "$0")/.."
 # Per fuzzer; four of them at 30 s keep the section near two minutes on CI's two cores.
 FUZZ_SECONDS="${FUZZ_SECONDS:-30}"
 jobs="$(nproc)"
-# Each build's options: warnings as errors and line tables in all; unity batches in the ASan
-# and TSan builds.
+# Each build's options: warnings as errors and line tables in all; unity batches in the ASan,
+# TSan and fuzz builds.
 source scripts/ci-config.sh
 start=$(date +%s)
 
