@@ -27,6 +27,7 @@
 
 #include "BenchCatalogue.h"
 #include "BenchSupport.h"
+#include "catalogue/SongFields.h"
 #include "finders/CatalogueSearch.h"
 #include "finders/DuplicateArray.h"
 #include "finders/DuplicateFinder.h"
@@ -487,23 +488,11 @@ bool WriteMaster(const PackedCatalogue& catalogue, const std::string& folder) {
     for (std::size_t v = 0; v < catalogue.VolumeCount(); ++v) {
         table.emplace_back(std::string(catalogue.VolumeName(v)));
         for (std::size_t i = 0; i < catalogue.SongCount(v); ++i) {
-            const jk::SongFieldViews f = catalogue.Fields(v, i);
-            const auto key = [&f](int k) {
-                return std::string(f[static_cast<std::size_t>(k - 1)]);
-            };
+            const jk::SongFieldViews fields = catalogue.Fields(v, i);
             jk::SongInfo song;
-            song.Title = key(jk::kKeyTitle);
-            song.Artist = key(jk::kKeyArtist);
-            song.Album = key(jk::kKeyAlbum);
-            song.Comment = key(jk::kKeyComment);
-            song.Genre = key(jk::kKeyGenre);
-            song.Year = key(jk::kKeyYear);
-            song.Bitrate = key(jk::kKeyBitrate);
-            song.Date = key(jk::kKeyDate);
-            song.Size = key(jk::kKeySize);
-            song.Time = key(jk::kKeyTime);
-            song.Path = key(jk::kKeyPath);
-            song.Volume = key(jk::kKeyVolume);
+            for (int key = 1; key <= jk::kSongFieldCount; ++key) {
+                jk::SongField(song, key) = fields[static_cast<std::size_t>(key - 1)];
+            }
             jk::VolumeAppend(table.back(), song);
         }
     }
